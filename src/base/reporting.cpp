@@ -1,0 +1,73 @@
+#include "base/reporting.h"
+
+#include <cstdio>
+#include <cstring>
+
+#include "base/memory.h"
+
+namespace {
+
+constexpr size_t kKeptOfLongArgument = 4348;
+
+// Formats into hkMalloc memory: an argument has no bound of its own here. Does nothing when there
+// is no memory for the text, since reporting that is what this function would be called for.
+template <class... Arguments>
+void Send(vpMessageFcn channel, const char* format, Arguments... arguments) {
+    const int length = std::snprintf(nullptr, 0, format, arguments...);
+    if (length < 0) return;
+    const size_t size = static_cast<size_t>(length) + 1;
+    const HkBlock<char> line(static_cast<char*>(hkMalloc(size)));
+    if (line == nullptr) return;
+    std::snprintf(line.get(), size, format, arguments...);
+    channel(line.get());
+}
+
+void Report(vpMessageFcn channel, const char* format, const char* argument) {
+    if (channel == nullptr) return;
+    if (argument == nullptr) {
+        channel(format);
+    } else {
+        Send(channel, format, argument);
+    }
+}
+
+void ReportAbout(vpMessageFcn channel, const char* message, const char* name) {
+    if (channel != nullptr) Send(channel, "%s: %.*s", message, kLongestEchoedName, name);
+}
+
+}  // namespace
+
+vpEnvironmentFcns& MessageFunctions() {
+    static vpEnvironmentFcns functions{nullptr, nullptr, nullptr};
+    return functions;
+}
+
+void ReportError(const char* format, const char* argument) {
+    Report(MessageFunctions().error, format, argument);
+}
+
+void ReportInfo(const char* format, const char* argument) {
+    Report(MessageFunctions().info, format, argument);
+}
+
+void ReportWarning(const char* format, const char* argument) {
+    vpMessageFcn const channel = MessageFunctions().warning;
+    if (channel == nullptr || argument == nullptr || std::strlen(argument) < kLongestEchoedName) {
+        Report(channel, format, argument);
+        return;
+    }
+    const HkBlock<char> cut(static_cast<char*>(hkCalloc(kKeptOfLongArgument + sizeof "...", 1)));
+    hkOutOfMemoryCheck(cut.get());
+    if (cut == nullptr) return;
+    std::memcpy(cut.get(), argument, kKeptOfLongArgument);
+    std::memcpy(cut.get() + kKeptOfLongArgument, "...", sizeof "...");
+    Report(channel, format, cut.get());
+}
+
+void ReportErrorAbout(const char* message, const char* name) {
+    ReportAbout(MessageFunctions().error, message, name);
+}
+
+void ReportWarningAbout(const char* message, const char* name) {
+    ReportAbout(MessageFunctions().warning, message, name);
+}
