@@ -1,0 +1,33 @@
+// Full pathnames of items, put together from the item up to the directory of the path by the
+// joining rule (pathname/join.h).
+#pragma once
+
+#include <cstddef>
+#include <string_view>
+
+#include "base/memory.h"
+
+class PathItemInfo;
+
+// Bytes of the full pathname, without the NUL.
+size_t FullNameLength(const PathItemInfo& item);
+
+// Writes the full pathname of `length` bytes and a NUL.
+void WriteFullName(const PathItemInfo& item, char* to, size_t length);
+
+// A full pathname in a buffer of its own: on the stack while it is short.
+class FullName {
+  public:
+    explicit FullName(const PathItemInfo& item);
+    FullName(const FullName&) = delete;
+    FullName& operator=(const FullName&) = delete;
+
+    const char* text() const { return long_ != nullptr ? long_.get() : short_; }
+    size_t length() const { return length_; }
+    std::string_view view() const { return {text(), length_}; }
+
+  private:
+    size_t length_;
+    HkBlock<char> long_;
+    char short_[512];
+};

@@ -1,0 +1,67 @@
+#include "dir/path_dir_item.h"
+
+#include <vpath/path.h>
+
+#include "path/path_mgr.h"
+#include "pathname/compare.h"
+#include "pathname/components.h"
+#include "pathname/folded_name.h"
+
+namespace {
+
+// Whether the path counts the directory as one of the installed toolboxes.
+bool LiesUnderToolboxRoot(const PathMgr& path, const char* fullName) {
+    const char* const root = path.preFrozenRoot.get();
+    if (root == nullptr) return false;
+    return CompareNamePrefix(fullName, root, static_cast<unsigned>(hkStrlen(root)),
+                             path.caseSensitive) == 0;
+}
+
+}  // namespace
+
+PathDirItemInfo::PathDirItemInfo(PathMgr& path, std::string_view name, int kindOfDir)
+    : PathAllDirItemInfo(nullptr, true, kindOfDir), owner(&path) {
+    top = this;
+    if (kindOfDir == vpDirTypeNone) return;
+    clear(kLinked);  // until it enters the path
+    fullName.reset(DuplicateText(name));
+    fullNameLength = static_cast<uint32_t>(name.size());
+    foldedNameHash = FoldedName(name).hash();
+    underToolboxRoot = LiesUnderToolboxRoot(path, fullName.get());
+}
+
+PathDirItemInfo* PathDirItemInfo::Create(PathMgr& path, std::string_view fullName) {
+    return new PathDirItemInfo(path, fullName, vpDirTypePath);
+}
+
+int PathDirItemInfo::kind() const {
+    return slot == Slot::kCurrent ? vpDirTypeCurrent : vpDirTypePath;
+}
+
+const char* PathDirItemInfo::baseName() const {
+    if (fullName == nullptr) return "";
+    const std::string_view whole = fullNameView();
+    const std::string_view last = LastComponent(whole);
+    return last.empty() ? whole.data() : last.data();
+}
+
+void PathDirItemInfo::enterPath(Slot where) {
+    linkUnderName(*owner, baseName());
+    slot = where;
+}
+
+void PathDirItemInfo::leavePath() {
+    clearContents();
+    unlinkFromName();
+    slot = Slot::kOffPath;
+    loadState = kNeverRead;
+    dirFlags = 0;
+}
+
+PathRelativeDirItemInfo* PathRelativeDirItemInfo::Create(PathMgr& path, std::string_view fullName) {
+    return new PathRelativeDirItemInfo(path, fullName, vpDirTypePath);
+}
+
+NullDirItemInfo::NullDirItemInfo(PathMgr& path) : PathDirItemInfo(path, {}, vpDirTypeNone) {
+    set(kOwned);
+}

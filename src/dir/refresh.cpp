@@ -1,0 +1,172 @@
+#include "dir/refresh.h"
+
+#include <vpath/path.h>
+
+#include "base/reporting.h"
+#include "dir/directory_merge.h"
+#include "dir/directory_reader.h"
+#include "dir/full_name.h"
+#include "dir/path_dir_item.h"
+#include "dir/time_stamps.h"
+#include "path/path_mgr.h"
+
+namespace {
+
+using DirRef = ItemRef<PathAllDirItemInfo>;
+
+bool EndsFrozen(const PathAllDirItemInfo& directory) {
+    const PathDirItemInfo& top = *directory.topDir();
+    return top.owner->freezeAllAdded || top.underToolboxRoot;
+}
+
+// What a refresh does with one directory.
+enum class Verdict { kSkipWithAllBeneath, kLeave, kReread };
+
+Verdict Decide(PathAllDirItemInfo& directory, int type) {
+    if (directory.loadState == PathAllDirItemInfo::kChanged) return Verdict::kReread;
+    const bool frozen = directory.loadState == PathAllDirItemInfo::kFrozen;
+    switch (type) {
+        case 0:
+        case vpRefreshIfChanged:
+            if (frozen) return Verdict::kSkipWithAllBeneath;
+            return HasChanged(directory) ? Verdict::kReread : Verdict::kLeave;
+        case vpRefreshUnlessFrozen:
+            return frozen ? Verdict::kLeave : Verdict::kReread;
+        case vpRefreshAlways:
+            return Verdict::kReread;
+        default:
+            return Verdict::kLeave;
+    }
+}
+
+// A re-read, with the announcement that the host may have asked for.
+void RereadAndTell(PathAllDirItemInfo& directory) {
+    const bool staysFrozen = directory.loadState == PathAllDirItemInfo::kFrozen;
+    const uint32_t life = directory.life;
+    directory.loadState = PathAllDirItemInfo::kChanged;
+    RereadDirectory(directory, EndsFrozen(directory));
+    const PathMgr* const path = directory.path();
+    if (path == nullptr || directory.life != life) return;
+    if (staysFrozen) directory.loadState = PathAllDirItemInfo::kFrozen;
+    if (path->reloadMessages) ReportInfo("%s reloaded.", directory.baseName());
+}
+
+bool IsAlive(const PathAllDirItemInfo& directory) {
+    return directory.has(PathItemInfo::kLinked) && directory.path() != nullptr;
+}
+
+// Puts the special directories of `directory` on the stack so that they come off it in the order
+// package directories, class directories, private directory.
+void PushChildren(const PathAllDirItemInfo& directory, HkVector<DirRef>& stack) {
+    if (directory.privateDir != nullptr) stack.emplace_back(directory.privateDir);
+    for (auto child = directory.classDirs.rbegin(); child != directory.classDirs.rend(); ++child) {
+        stack.emplace_back(*child);
+    }
+    for (auto child = directory.packageDirs.rbegin(); child != directory.packageDirs.rend();
+         ++child) {
+        stack.emplace_back(*child);
+    }
+}
+
+// Refreshes one directory; false when what lies beneath it is to be left alone too.
+bool RefreshOne(PathAllDirItemInfo& directory, int type, bool& anyReread) {
+    if (directory.hasDirFlag(PathAllDirItemInfo::kReading)) {
+        directory.markChanged();
+        return true;
+    }
+    switch (Decide(directory, type)) {
+        case Verdict::kSkipWithAllBeneath:
+            return false;
+        case Verdict::kLeave:
+            return true;
+        case Verdict::kReread:
+            break;
+    }
+    // The test asked the host, who may have done anything meanwhile.
+    if (!IsAlive(directory) || directory.hasDirFlag(PathAllDirItemInfo::kReading)) return true;
+    RereadAndTell(directory);
+    anyReread = true;
+    return true;
+}
+
+// Visits the directory and, preorder, the special directories beneath it as they are once their
+// parent was visited; `visit` says whether to go beneath. Visits may call into the host.
+template <class Visit>
+void VisitTree(PathAllDirItemInfo& directory, Visit visit) {
+    if (!IsAlive(directory)) return;
+    const vpPath whileVisiting(directory.path());
+    HkVector<DirRef> stack;
+    DirRef at(&directory);
+    while (true) {
+        if (IsAlive(*at) && visit(*at) && IsAlive(*at)) PushChildren(*at, stack);
+        if (stack.empty()) return;
+        at = std::move(stack.back());
+        stack.pop_back();
+    }
+}
+
+}  // namespace
+
+bool RefreshDirectory(PathAllDirItemInfo& directory, int type) {
+    bool anyReread = false;
+    VisitTree(directory, [&](PathAllDirItemInfo& at) { return RefreshOne(at, type, anyReread); });
+    return anyReread;
+}
+
+void RefreshAllDirectories(PathMgr& path, int type) {
+    const PathOrder& directories = path.contents.directories;
+    ItemRef<PathDirItemInfo> at(directories.first());
+    while (at && path.valid) {
+        RefreshDirectory(*at, type);
+        at.reset(directories.nextAfter(*at));
+    }
+}
+
+void FreezeDirectory(PathAllDirItemInfo& directory) {
+    VisitTree(directory, [](PathAllDirItemInfo& at) {
+        if (at.isFrozen()) return true;
+        bool anyReread = false;
+        if (at.loadState != PathAllDirItemInfo::kRead)
+            RefreshOne(at, vpRefreshIfChanged, anyReread);
+        at.changeCount = 1;
+        at.stampMode = kStampModeHeld;
+        at.loadState = PathAllDirItemInfo::kFrozen;
+        return true;
+    });
+}
+
+void UnfreezeDirectory(PathAllDirItemInfo& directory) {
+    VisitTree(directory, [](PathAllDirItemInfo& at) {
+        if (!at.isFrozen()) return true;
+        at.loadState = PathAllDirItemInfo::kToBeTested;
+        ReadStampAfterLoad(at);
+        return true;
+    });
+}
+
+void RevalidateRelativeDirectory(PathDirItemInfo& directory) {
+    if (directory.loadState == PathAllDirItemInfo::kNeverRead) return;
+    if (directory.hasDirFlag(PathAllDirItemInfo::kReading)) {
+        directory.markChanged();
+        return;
+    }
+    const DirRef hold(&directory);
+    const vpPath whileRevalidating(directory.owner);
+    directory.changeCount = 1;
+    directory.stampMode = kStampModeHeld;
+    if (directory.owner->isDirectory(directory.fullName.get()) && IsAlive(directory)) {
+        ReadStampAfterLoad(directory);
+    }
+    if (!IsAlive(directory)) return;
+    directory.clearDirFlag(PathAllDirItemInfo::kChangedWithNewStamp);
+    directory.stampMode = kStampModeLoaded;
+    HkVector<DirRef> frozen;
+    for (PathAllDirItemInfo* at = &directory; at != nullptr; at = NextInTree(*at, directory)) {
+        if (at->isFrozen()) frozen.emplace_back(at);
+        at->loadState = PathAllDirItemInfo::kChanged;
+    }
+    RefreshDirectory(directory, vpRefreshIfChanged);
+    for (const DirRef& at : frozen) {
+        if (IsAlive(*at)) at->loadState = PathAllDirItemInfo::kFrozen;
+    }
+}

@@ -1,0 +1,56 @@
+#include "dir/time_stamps.h"
+
+#include "dir/clock.h"
+#include "dir/full_name.h"
+#include "dir/path_dir_item.h"
+#include "path/path_mgr.h"
+
+namespace {
+
+int64_t HostTimeOf(PathAllDirItemInfo& directory) {
+    const FullName fullName(directory);
+    return directory.path()->modificationTime(fullName.text());
+}
+
+}  // namespace
+
+void ReadStampAfterLoad(PathAllDirItemInfo& directory) {
+    directory.changeCount = 1;
+    directory.stampMode = kStampModeLoaded;
+    directory.timeStamp = HostTimeOf(directory);
+    const int64_t now = CurrentSeconds();
+    if (directory.timeStamp >= now - 1) directory.timeStamp = now - 2;
+}
+
+bool HasChanged(PathAllDirItemInfo& directory) {
+    switch (directory.loadState) {
+        case PathAllDirItemInfo::kFrozen:
+            return false;
+        case PathAllDirItemInfo::kNeverRead:
+        case PathAllDirItemInfo::kChanged:
+            return true;
+        default:
+            return CompareStamp(directory);
+    }
+}
+
+bool CompareStamp(PathAllDirItemInfo& directory) {
+    const int64_t time = HostTimeOf(directory);
+    const bool recording = directory.stampMode <= kStampModeOpen;
+    if (time == directory.timeStamp && directory.loadState != PathAllDirItemInfo::kChanged) {
+        if (directory.loadState == PathAllDirItemInfo::kToBeTested) {
+            directory.loadState = PathAllDirItemInfo::kRead;
+        }
+        if (recording) ++directory.changeCount;
+        return false;
+    }
+    const int64_t now = CurrentSeconds();
+    if (time != directory.timeStamp && (time == now || time == now - 1)) return true;
+    ++directory.changeCount;
+    if (time != 0 && time != directory.timeStamp) {
+        directory.setDirFlag(PathAllDirItemInfo::kChangedWithNewStamp);
+        if (recording) directory.timeStamp = time;
+    }
+    directory.loadState = PathAllDirItemInfo::kChanged;
+    return true;
+}

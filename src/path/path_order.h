@@ -1,0 +1,51 @@
+// The order of a path: the current directory, then the added directories. A doubly linked list with
+// order numbers, so that adding and removing at any place is O(1) and two directories are compared
+// without counting.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+class PathDirItemInfo;
+
+class PathOrder {
+  public:
+    PathDirItemInfo* current() const { return current_; }   // null when the slot is empty
+    PathDirItemInfo* firstAdded() const { return first_; }  // null when there is none
+    PathDirItemInfo* first() const { return current_ != nullptr ? current_ : first_; }
+
+    // The directory after `directory`; after one that has left, the one that then followed.
+    PathDirItemInfo* nextAfter(const PathDirItemInfo& directory) const;
+
+    // Number of directories, the current-directory slot included, empty or not.
+    size_t count() const { return added_ + 1; }
+
+    // Advances when directories that stay have changed places since it was last asked.
+    uint32_t epoch() {
+        if (moved_) {
+            moved_ = false;
+            ++epoch_;
+        }
+        return epoch_;
+    }
+
+    void setCurrent(PathDirItemInfo* directory);  // links nothing else
+    void pushFront(PathDirItemInfo& directory);
+    void pushBack(PathDirItemInfo& directory);
+    void remove(PathDirItemInfo& directory);
+    void moveToBack(PathDirItemInfo& directory);
+
+    // A sequence of moves that ends in the old order is none: the caller, who knows that it was
+    // one, takes back what it caused, unless an order was read in between.
+    bool moved() const { return moved_; }
+    uint32_t settledEpoch() const { return epoch_; }
+    void forgetMoves() { moved_ = false; }
+
+  private:
+    PathDirItemInfo* current_ = nullptr;
+    PathDirItemInfo* first_ = nullptr;
+    PathDirItemInfo* last_ = nullptr;
+    size_t added_ = 0;
+    uint32_t epoch_ = 0;
+    bool moved_ = false;
+};
