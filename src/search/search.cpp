@@ -1,0 +1,203 @@
+#include "search/search.h"
+
+#include <cstring>
+#include <utility>
+
+#include <vpath/pathname.h>
+
+#include "base/reporting.h"
+#include "dir/full_name.h"
+#include "dir/path_dir_item.h"
+#include "path/path_mgr.h"
+#include "search/acceptance.h"
+
+namespace {
+
+constexpr unsigned int kFoundSubdirectory = 0xFFFFFFFF;
+
+bool ResolveCase(vpCaseSensitivity rule, const PathMgr& path) {
+    switch (rule) {
+        case vpCaseSensitive:
+        case vpCaseDefault:
+            return true;
+        case vpCaseOfPath:
+            return path.caseSensitive;
+        default:
+            return false;
+    }
+}
+
+// The directory that holds an item; a directory of the path holds itself.
+PathAllDirItemInfo& HolderOf(PathItemInfo& item) {
+    return item.parent != nullptr ? *item.parent : *item.asDirectory();
+}
+
+// Normalises the name of a request; false when it cannot be, which is reported.
+bool NormalizeSearchName(const char* name, NormalizedName& normalized, size_t& length) {
+    length = 0;
+    if (name == nullptr || *name == '\0') return true;
+    int normalizedLength = 0;
+    char* text = nullptr;
+    const char* const failure = vpNormalizeDirName(name, false, 0, &normalizedLength, &text);
+    normalized.reset(text);
+    length = static_cast<size_t>(normalizedLength);
+    if (failure != nullptr) ReportWarningAbout(failure, name);
+    return failure == nullptr;
+}
+
+}  // namespace
+
+vpSearch::vpSearch(const SearchRequest& request, SearchName name, bool outlivesCall)
+    : path_(&request.path),
+      start_(&request.start),
+      name_(std::move(name)),
+      extensions_(request.extensions, outlivesCall),
+      scope_(request.scope),
+      verifies_(request.readCheck == vpReadCheckVerify),
+      caseSensitive_(ResolveCase(request.caseRule, request.path)) {
+    buildIterators();
+}
+
+void vpSearch::buildIterators() {
+    iteratorCount_ = 0;
+    iteratorIndex_ = 0;
+    PathMgr& path = *path_.get();
+    if (name_.empty()) {
+        iterators_[iteratorCount_++] = &everything_.emplace(path, scope_, *start_);
+    } else {
+        record_.reset(path.nameTable.lookup({name_.base(), name_.baseLength()}));
+        if (record_.get() != nullptr) buildNameIterators(*record_.get());
+    }
+    state_ = iteratorCount_ != 0 ? State::kActive : State::kFinished;
+}
+
+void vpSearch::buildNameIterators(PathNameInfo& record) {
+    const NameQuery query{
+        *path_.get(), record, {name_.base(), name_.baseLength()}, caseSensitive_, scope_};
+    PathAllDirItemInfo* directory = nullptr;
+    if (scope_ == SearchScope::kDir) {
+        if (start_->dirKind != vpDirTypeNone) directory = start_.get();
+    } else if (scope_ == SearchScope::kVisible || scope_ == SearchScope::kPrivate) {
+        directory = start_->privateDir;
+    }
+    if (directory != nullptr) {
+        iterators_[iteratorCount_++] = &directory_.emplace(query, *directory);
+    }
+    if (scope_ == SearchScope::kDir || scope_ == SearchScope::kPrivate) return;
+    if (scope_ == SearchScope::kVisible) {
+        iterators_[iteratorCount_++] = &constructor_.emplace(query);
+    }
+    iterators_[iteratorCount_++] = &general_.emplace(query);
+}
+
+// Makes the next candidate the current one; none at the end.
+void vpSearch::advance(const SearchMode& mode) {
+    if (state_ == State::kHoldsBack) {
+        state_ = State::kActive;
+        // What a re-read has dropped meanwhile is not looked at again.
+        if (!current_ || current_->has(PathItemInfo::kLinked)) return;
+    }
+    PathItemInfo* item = nullptr;
+    while (item == nullptr && iteratorIndex_ < iteratorCount_ && path_.get()->valid) {
+        item = iterators_[iteratorIndex_]->next(mode);
+        if (item == nullptr) ++iteratorIndex_;
+    }
+    current_.reset(path_.get()->valid ? item : nullptr);
+}
+
+vpSearch::Match vpSearch::find(const SearchMode& mode, char* nameOut) {
+    if (state_ == State::kFinished) return nothing();
+    for (advance(mode); current_; advance(mode)) {
+        const unsigned int result = test(nameOut);
+        if (result == 0) continue;
+        lastHolder_.reset(&HolderOf(*current_));
+        return {result, vpDir(lastHolder_.get())};
+    }
+    return nothing();
+}
+
+vpSearch::Match vpSearch::findNextSubdirectory(char* nameOut) {
+    while (true) {
+        Match match = find(kFindSubDirs, nameOut);
+        if (match.result == 0) return match;
+        if (current_->isPlainSubDir()) return {kFoundSubdirectory, std::move(match.directory)};
+    }
+}
+
+vpSearch::Match vpSearch::findNextFileBounded(char* nameOut) {
+    if (state_ != State::kActive || !current_) return nothing();
+    const ItemRef<PathAllDirItemInfo> holder = lastHolder_;
+    Match match = findNextFile(nameOut);
+    if (match.result != 0 && match.directory.get() == holder.get()) return match;
+    state_ = State::kHoldsBack;
+    return nothing();
+}
+
+vpSearch::Match vpSearch::findNextDir() {
+    if (name_.extension() != nullptr && path_.get()->valid) {
+        name_.joinExtension();
+        buildIterators();
+    }
+    if (state_ == State::kFinished) return nothing();
+    for (advance(kFindDirs); current_; advance(kFindDirs)) {
+        PathAllDirItemInfo* const directory = current_->asDirectory();
+        if (directory == nullptr || !isInReach(HolderOf(*directory))) continue;
+        const FullName fullName(*directory);
+        if (CarriesMark(fullName.view(), name_) &&
+            LiesInDirectoryPart(fullName.view(), name_, caseSensitive_)) {
+            return {1, vpDir(directory)};
+        }
+    }
+    return nothing();
+}
+
+// Puts the current item to the tests; the extension result, 0 when it is rejected. The full name is
+// put together once.
+unsigned int vpSearch::test(char* nameOut) {
+    PathItemInfo& item = *current_;
+    const unsigned int result =
+        extensions_.accept(item.getExtension(), name_.extension(), caseSensitive_);
+    PathAllDirItemInfo& holder = HolderOf(item);
+    if (result == 0 || !isInReach(holder)) return 0;
+    const bool verifies = verifies_ && !holder.isFrozen();
+    if (!verifies && name_.mark() == '\0' && name_.directory() == nullptr) {
+        if (nameOut != nullptr) WriteFullName(item, nameOut, FullNameLength(item));
+        return result;
+    }
+    const FullName fullName(item);
+    if (verifies && !path_.get()->io.isPathnameOk(fullName.text())) return 0;
+    if (!item.has(PathItemInfo::kLinked)) return 0;  // the callback let it go
+    if (!CarriesMark(fullName.view(), name_) ||
+        !LiesInDirectoryPart(fullName.view(), name_, caseSensitive_)) {
+        return 0;
+    }
+    if (nameOut != nullptr) std::memcpy(nameOut, fullName.text(), fullName.length() + 1);
+    return result;
+}
+
+// What lies in a private directory or is a constructor was looked for just there.
+bool vpSearch::isInReach(const PathAllDirItemInfo& holder) const {
+    return !iterators_[iteratorIndex_]->reachesDeep() ||
+           IsWithinReach(holder, name_.separatorCount());
+}
+
+vpSearch::Match vpSearch::nothing() const {
+    PathMgr* const path = path_.get();
+    return {0, path->valid ? vpDir(path->nullDir) : vpDir()};
+}
+
+vpSearch* OpenSearch(const SearchRequest& request) {
+    NormalizedName name;
+    size_t length = 0;
+    if (!NormalizeSearchName(request.name, name, length)) return nullptr;
+    return new vpSearch(request, SearchName(std::move(name), length), true);
+}
+
+bool FindFirstFile(const SearchRequest& request, char* nameOut, vpSearch::Match& match) {
+    NormalizedName name;
+    size_t length = 0;
+    if (!NormalizeSearchName(request.name, name, length)) return false;
+    vpSearch search(request, SearchName(std::move(name), length), false);
+    match = search.findNextFile(nameOut);
+    return true;
+}

@@ -1,0 +1,261 @@
+// The exported calls on searches.
+#include <cstring>
+#include <string_view>
+
+#include <vpath/search.h>
+
+#include "base/guard.h"
+#include "dir/path_dir_item.h"
+#include "path/find_directory.h"
+#include "path/handle_check.h"
+#include "path/path_mgr.h"
+#include "search/search.h"
+
+namespace {
+
+// What a caller asks of a search, but where.
+struct Question {
+    const char* name;
+    const char** extensions;
+    vpReadCheck readCheck;
+    vpCaseSensitivity caseRule;
+};
+
+SearchRequest RequestIn(PathMgr& path, PathAllDirItemInfo& start, SearchScope scope,
+                        const Question& question) {
+    return {path,
+            start,
+            scope,
+            question.name,
+            question.extensions,
+            question.readCheck,
+            question.caseRule};
+}
+
+// A name with a directory part is looked for everywhere.
+SearchRequest VisibleRequest(PathMgr& path, PathAllDirItemInfo& from, const Question& question) {
+    const bool hasDirectory =
+        question.name != nullptr && std::strchr(question.name, '/') != nullptr;
+    return hasDirectory ? RequestIn(path, *path.nullDir, SearchScope::kAll, question)
+                        : RequestIn(path, from, SearchScope::kVisible, question);
+}
+
+// The directory of a full name; the null directory when it is null, empty or unknown.
+PathAllDirItemInfo& DirectoryOrNull(PathMgr& path, const char* dirName) {
+    PathAllDirItemInfo* const found = FindDirectoryByName(path, dirName);
+    return found != nullptr ? *found : *path.nullDir;
+}
+
+PathAllDirItemInfo& DirectoryOfFileOrNull(PathMgr& path, const char* fileName) {
+    if (fileName == nullptr) return *path.nullDir;
+    const char* const slash = std::strrchr(fileName, '/');
+    if (slash == nullptr) return *path.nullDir;
+    const HkString dirName(fileName, slash == fileName ? 1 : static_cast<size_t>(slash - fileName));
+    return DirectoryOrNull(path, dirName.c_str());
+}
+
+vpSearch* OpenOnPath(const vpPath& path, SearchScope scope, const Question& question) {
+    PathMgr* const live = LivePath(path);
+    if (live == nullptr) return nullptr;
+    return Guarded<vpSearch*>(
+        nullptr, [&] { return OpenSearch(RequestIn(*live, *live->nullDir, scope, question)); });
+}
+
+vpSearch* OpenInDir(const vpDir& dir, SearchScope scope, const Question& question) {
+    PathAllDirItemInfo* const start = LiveDir(dir);
+    if (start == nullptr) return nullptr;
+    return Guarded<vpSearch*>(
+        nullptr, [&] { return OpenSearch(RequestIn(*start->path(), *start, scope, question)); });
+}
+
+// Finds the first match and hands it to the caller, whose outputs stay as they are without a
+// search.
+unsigned int AnswerFirst(const SearchRequest& request, vpDir* dirOut, char* nameOut) {
+    vpSearch::Match match{0, vpDir()};
+    if (!FindFirstFile(request, nameOut, match)) return 0;
+    if (nameOut != nullptr && match.result == 0) *nameOut = '\0';
+    if (dirOut != nullptr) *dirOut = match.directory;
+    return match.result;
+}
+
+// Runs one call of a search and hands its match to the caller.
+template <class Find>
+unsigned int Answer(vpSearch* search, vpDir* dirOut, char* nameOut, Find find) {
+    if (search == nullptr) return 0;
+    if (nameOut != nullptr) *nameOut = '\0';
+    const vpSearch::Match match = Guarded(search->nothing(), [&] { return find(*search); });
+    if (nameOut != nullptr && match.result == 0) *nameOut = '\0';
+    if (dirOut != nullptr) *dirOut = match.directory;
+    return match.result;
+}
+
+}  // namespace
+
+vpSearch* vpCreateAllSearchIterator(vpPath path, const char* name, const char** exts,
+                                    vpReadCheck rc, vpCaseSensitivity cs) {
+    return OpenOnPath(path, SearchScope::kAll, {name, exts, rc, cs});
+}
+
+vpSearch* vpCreateAllSearch(vpPath path, const char* name, const char** exts, vpReadCheck rc) {
+    return vpCreateAllSearchIterator(path, name, exts, rc, vpCaseOfPath);
+}
+
+vpSearch* vpCreateVisibleSearchIterator(vpDir dir, const char* name, const char** exts,
+                                        vpReadCheck rc, vpCaseSensitivity cs) {
+    PathAllDirItemInfo* const from = LiveDir(dir);
+    if (from == nullptr) return nullptr;
+    return Guarded<vpSearch*>(nullptr, [&] {
+        return OpenSearch(VisibleRequest(*from->path(), *from, {name, exts, rc, cs}));
+    });
+}
+
+vpSearch* vpCreateVisibleSearch(vpDir dir, const char* name, const char** exts, vpReadCheck rc) {
+    return vpCreateVisibleSearchIterator(dir, name, exts, rc, vpCaseOfPath);
+}
+
+vpSearch* vpCreatePathOnlySearchIterator(vpPath path, vpPath, const char* name, const char** exts,
+                                         vpReadCheck rc, vpCaseSensitivity cs) {
+    return OpenOnPath(path, SearchScope::kPathOnly, {name, exts, rc, cs});
+}
+
+vpSearch* vpCreatePathOnlySearch(vpPath path, vpPath other, const char* name, const char** exts,
+                                 vpReadCheck rc) {
+    return vpCreatePathOnlySearchIterator(path, other, name, exts, rc, vpCaseOfPath);
+}
+
+vpSearch* vpCreatePrivateSearchIterator(vpDir dir, const char* name, const char** exts,
+                                        vpReadCheck rc, vpCaseSensitivity cs) {
+    return OpenInDir(dir, SearchScope::kPrivate, {name, exts, rc, cs});
+}
+
+vpSearch* vpCreatePrivateSearch(vpDir dir, const char* name, const char** exts, vpReadCheck rc) {
+    return vpCreatePrivateSearchIterator(dir, name, exts, rc, vpCaseOfPath);
+}
+
+vpSearch* vpCreateDirSearchIterator(vpDir dir, const char* name, const char** exts, vpReadCheck rc,
+                                    vpCaseSensitivity cs) {
+    return OpenInDir(dir, SearchScope::kDir, {name, exts, rc, cs});
+}
+
+vpSearch* vpCreateDirSearch(vpDir dir, const char* name, const char** exts, vpReadCheck rc) {
+    return vpCreateDirSearchIterator(dir, name, exts, rc, vpCaseOfPath);
+}
+
+vpSearch* vpCreateDirnameSearchIterator(vpPath path, const char* dirName, const char* name,
+                                        const char** exts, vpReadCheck rc, vpCaseSensitivity cs) {
+    PathMgr* const live = LivePath(path);
+    if (live == nullptr) return nullptr;
+    return Guarded<vpSearch*>(nullptr, [&]() -> vpSearch* {
+        PathAllDirItemInfo* const start = FindDirectoryByName(*live, dirName);
+        if (start == nullptr) return nullptr;
+        return OpenSearch(RequestIn(*live, *start, SearchScope::kDir, {name, exts, rc, cs}));
+    });
+}
+
+vpSearch* vpCreateDirnameSearch(vpPath path, const char* dirName, const char* name,
+                                const char** exts, vpReadCheck rc) {
+    return vpCreateDirnameSearchIterator(path, dirName, name, exts, rc, vpCaseOfPath);
+}
+
+vpSearch* vpCreateMethodSearchIterator(vpPath path, const char* name, const char** exts,
+                                       vpReadCheck rc, vpCaseSensitivity cs) {
+    return OpenOnPath(path, SearchScope::kMethod, {name, exts, rc, cs});
+}
+
+vpSearch* vpCreateMethodSearch(vpPath path, const char* name, const char** exts, vpReadCheck rc) {
+    return vpCreateMethodSearchIterator(path, name, exts, rc, vpCaseOfPath);
+}
+
+vpSearch* vpCreateDirnameVisibleSearchIterator(vpPath path, const char* dirName, const char* name,
+                                               const char** exts, vpReadCheck rc,
+                                               vpCaseSensitivity cs) {
+    PathMgr* const live = LivePath(path);
+    if (live == nullptr) return nullptr;
+    return Guarded<vpSearch*>(nullptr, [&] {
+        return OpenSearch(
+            VisibleRequest(*live, DirectoryOrNull(*live, dirName), {name, exts, rc, cs}));
+    });
+}
+
+vpSearch* vpCreateDirnameVisibleSearch(vpPath path, const char* dirName, const char* name,
+                                       const char** exts, vpReadCheck rc) {
+    return vpCreateDirnameVisibleSearchIterator(path, dirName, name, exts, rc, vpCaseOfPath);
+}
+
+vpSearch* vpCreateFilenameVisibleSearchIterator(vpPath path, const char* fileName, const char* name,
+                                                const char** exts, vpReadCheck rc,
+                                                vpCaseSensitivity cs) {
+    PathMgr* const live = LivePath(path);
+    if (live == nullptr) return nullptr;
+    return Guarded<vpSearch*>(nullptr, [&] {
+        return OpenSearch(
+            VisibleRequest(*live, DirectoryOfFileOrNull(*live, fileName), {name, exts, rc, cs}));
+    });
+}
+
+vpSearch* vpCreateFilenameVisibleSearch(vpPath path, const char* fileName, const char* name,
+                                        const char** exts, vpReadCheck rc) {
+    return vpCreateFilenameVisibleSearchIterator(path, fileName, name, exts, rc, vpCaseOfPath);
+}
+
+unsigned int vpFindNextFile(vpSearch* search, vpDir* dirOut, char* nameOut) {
+    return Answer(search, dirOut, nameOut,
+                  [=](vpSearch& open) { return open.findNextFile(nameOut); });
+}
+
+unsigned int vpFindNextFileBounded(vpSearch* search, vpDir* dirOut, char* nameOut) {
+    return Answer(search, dirOut, nameOut,
+                  [=](vpSearch& open) { return open.findNextFileBounded(nameOut); });
+}
+
+unsigned int vpFindNextUnspecified(vpSearch* search, vpDir* dirOut, char* nameOut) {
+    return Answer(search, dirOut, nameOut,
+                  [=](vpSearch& open) { return open.findNextUnspecified(nameOut); });
+}
+
+unsigned int vpFindNextSubdirectory(vpSearch* search, vpDir* dirOut, char* nameOut) {
+    return Answer(search, dirOut, nameOut,
+                  [=](vpSearch& open) { return open.findNextSubdirectory(nameOut); });
+}
+
+unsigned int vpFindNextDir(vpSearch* search, vpDir* dirOut) {
+    return Answer(search, dirOut, nullptr, [](vpSearch& open) { return open.findNextDir(); });
+}
+
+void vpDestroySearch(vpSearch** search) {
+    delete *search;
+    *search = nullptr;
+}
+
+unsigned int vpFindFirstFileInAll(vpPath path, const char* name, const char** exts, vpReadCheck rc,
+                                  vpDir* dirOut, char* nameOut) {
+    PathMgr* const live = LivePath(path);
+    if (live == nullptr) return 0;
+    return Guarded(0U, [&] {
+        return AnswerFirst(
+            RequestIn(*live, *live->nullDir, SearchScope::kAll, {name, exts, rc, vpCaseOfPath}),
+            dirOut, nameOut);
+    });
+}
+
+unsigned int vpFindFirstFileVisibleToDir(vpDir dir, const char* name, const char** exts,
+                                         vpReadCheck rc, vpDir* dirOut, char* nameOut) {
+    PathAllDirItemInfo* const from = LiveDir(dir);
+    if (from == nullptr) return 0;
+    return Guarded(0U, [&] {
+        return AnswerFirst(VisibleRequest(*from->path(), *from, {name, exts, rc, vpCaseOfPath}),
+                           dirOut, nameOut);
+    });
+}
+
+unsigned int vpFindFirstFileVisibleToFile(vpPath path, const char* fileName, const char* name,
+                                          const char** exts, vpReadCheck rc, vpDir* dirOut,
+                                          char* nameOut) {
+    PathMgr* const live = LivePath(path);
+    if (live == nullptr) return 0;
+    return Guarded(0U, [&] {
+        return AnswerFirst(VisibleRequest(*live, DirectoryOfFileOrNull(*live, fileName),
+                                          {name, exts, rc, vpCaseOfPath}),
+                           dirOut, nameOut);
+    });
+}
