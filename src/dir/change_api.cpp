@@ -12,6 +12,9 @@
 #include "path/handle_check.h"
 #include "path/path_mgr.h"
 #include "pathname/components.h"
+#include "pathname/normalize.h"
+#include "pathname/normalized_name.h"
+#include "pathname/text.h"
 
 namespace {
 
@@ -44,7 +47,11 @@ struct Marked {
 
 // Marks the directory of a full name changed; when it is special and unknown, the nearest known one
 // above it, since a new special directory changes what that holds.
-Marked MarkChangedByName(PathMgr& path, std::string_view fullName) {
+Marked MarkChangedByName(PathMgr& path, const char* name) {
+    char* text = nullptr;
+    const int length = NormalizeDirNameOrReport(name, false, &text);
+    const NormalizedName normalized(text);
+    std::string_view fullName(text, static_cast<size_t>(length));
     PathAllDirItemInfo* const named = FindDirectory(path, fullName);
     PathAllDirItemInfo* known = named;
     while (known == nullptr && IsSpecialName(LastComponent(fullName), path.caseSensitive)) {
@@ -54,11 +61,6 @@ Marked MarkChangedByName(PathMgr& path, std::string_view fullName) {
         known = FindDirectory(path, fullName);
     }
     return {named, known != nullptr && known->markChanged()};
-}
-
-std::string_view WithoutFinalSlash(std::string_view name) {
-    while (name.size() > 1 && name.back() == '/') name.remove_suffix(1);
-    return name;
 }
 
 bool TakeStamp(const PathAllDirItemInfo& directory, const char* fileName, vpTimeStamp_tag& stamp) {
@@ -142,19 +144,15 @@ bool vpSetDirChanged(vpDir dir) {
 bool vpSetDirChanged(vpPath path, const char* dirFullName) {
     PathMgr* const live = LivePath(path);
     if (live == nullptr || dirFullName == nullptr) return false;
-    return Guarded(
-        false, [&] { return MarkChangedByName(*live, WithoutFinalSlash(dirFullName)).wasWaiting; });
+    return Guarded(false, [&] { return MarkChangedByName(*live, dirFullName).wasWaiting; });
 }
 
 vpDir vpSetFullnameChanged(vpPath path, const char* fileFullName) {
     PathMgr* const live = LivePath(path);
     if (live == nullptr) return {};
     return Guarded(NullDirOf(live), [&] {
-        const std::string_view name = fileFullName != nullptr ? fileFullName : "";
-        const size_t slash = name.rfind('/');
-        if (slash == std::string_view::npos) return NullDirOf(live);
-        const std::string_view dirPart = name.substr(0, slash == 0 ? 1 : slash);
-        PathAllDirItemInfo* const named = MarkChangedByName(*live, dirPart).directory;
+        const HkString dirPart(DirectoryPart(TextOf(fileFullName)));
+        PathAllDirItemInfo* const named = MarkChangedByName(*live, dirPart.c_str()).directory;
         return named != nullptr ? vpDir(named) : NullDirOf(live);
     });
 }

@@ -21,16 +21,17 @@ class ChildMatcher {
 
     // The first child with exactly this name (without the mark of a special directory), or null.
     Item* find(std::string_view name) {
+        // A name listed twice is the first child again.
+        if (at_ > 0 && Names(*children_[at_ - 1], name)) return children_[at_ - 1];
         while (at_ < count_ && !children_[at_]->has(PathItemInfo::kLinked)) ++at_;
-        if (at_ < count_ && HasName(*children_[at_], name)) return children_[at_++];
+        if (at_ < count_ && Names(*children_[at_], name)) return children_[at_++];
         if (!indexed_) makeIndex();
         const auto found = index_.equal_range(std::hash<std::string_view>()(name));
         Item* first = nullptr;
         size_t firstPlace = count_;
         for (auto entry = found.first; entry != found.second; ++entry) {
             Item* const child = children_[entry->second];
-            if (entry->second < firstPlace && child->has(PathItemInfo::kLinked) &&
-                HasName(*child, name)) {
+            if (entry->second < firstPlace && Names(*child, name)) {
                 first = child;
                 firstPlace = entry->second;
             }
@@ -40,6 +41,11 @@ class ChildMatcher {
     }
 
   private:
+    // Whether a child that is still there has this name.
+    static bool Names(const Item& child, std::string_view name) {
+        return child.has(PathItemInfo::kLinked) && HasName(child, name);
+    }
+
     void makeIndex() {
         indexed_ = true;
         index_.reserve(count_);

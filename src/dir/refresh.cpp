@@ -72,7 +72,7 @@ void PushChildren(const PathAllDirItemInfo& directory, HkVector<DirRef>& stack) 
 bool RefreshOne(PathAllDirItemInfo& directory, int type, bool& anyReread) {
     if (directory.hasDirFlag(PathAllDirItemInfo::kReading)) {
         directory.markChanged();
-        return true;
+        return false;
     }
     switch (Decide(directory, type)) {
         case Verdict::kSkipWithAllBeneath:

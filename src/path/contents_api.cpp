@@ -8,6 +8,7 @@
 #include "path/find_directory.h"
 #include "path/handle_check.h"
 #include "path/path_mgr.h"
+#include "pathname/components.h"
 #include "pathname/normalize.h"
 #include "pathname/normalized_name.h"
 #include "pathname/path_list.h"
@@ -235,14 +236,13 @@ vpDir vpGetNullDir(vpPath path) { return NullDirOf(AssertLive(path)); }
 bool vpCheckIsDir(vpPath path, const char* name) {
     PathMgr* const live = AssertLive(path);
     if (live == nullptr || name == nullptr) return false;
-    const std::string_view whole(name);
-    const size_t slash = whole.rfind('/');
-    if (slash == std::string_view::npos) return false;
-    PathDirItemInfo* const parent =
-        live->contents.findOnPath(whole.substr(0, slash == 0 ? 1 : slash));
-    if (parent == nullptr) return false;
-    const vpDir hold(parent);
-    return Guarded(false, [&] { return AskForDirectory(*live, *parent, whole.substr(slash + 1)); });
+    return Guarded(false, [&] {
+        const std::string_view whole(name);
+        PathDirItemInfo* const parent = live->contents.findOnPath(DirectoryPart(whole));
+        const vpDir hold(parent);
+        return parent != nullptr &&
+               AskForDirectory(*live, *parent, whole.substr(whole.rfind('/') + 1));
+    });
 }
 
 bool vpSetFreezeAllAddedDirectories(vpPath path, bool) {

@@ -1,8 +1,9 @@
 // The exported calls on the current directory.
-#include <vpath/path.h>
-
 #include <algorithm>
 #include <cstring>
+#include <utility>
+
+#include <vpath/path.h>
 
 #include "base/guard.h"
 #include "dir/path_dir_item.h"
@@ -22,9 +23,9 @@ void HideCurrent(PathMgr& path) {
 
 // The next refresh is to read the current directory as it is.
 void ShowCurrent(PathMgr& path) {
-    path.hideCwd = false;
+    const bool wasHidden = std::exchange(path.hideCwd, false);
     PathDirItemInfo* const current = path.contents.directories.current();
-    if (current != nullptr) current->loadState = PathAllDirItemInfo::kChanged;
+    if (wasHidden && current != nullptr) current->loadState = PathAllDirItemInfo::kChanged;
 }
 
 }  // namespace

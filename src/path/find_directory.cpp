@@ -11,6 +11,7 @@
 #include "pathname/components.h"
 #include "pathname/normalize.h"
 #include "pathname/normalized_name.h"
+#include "pathname/text.h"
 
 namespace {
 
@@ -117,8 +118,5 @@ PathAllDirItemInfo* FindDirectoryByName(PathMgr& path, const char* name) {
 }
 
 PathAllDirItemInfo* FindDirectoryOfFile(PathMgr& path, const char* fileName) {
-    const std::string_view name(fileName);
-    const size_t slash = name.rfind('/');
-    if (slash == std::string_view::npos) return nullptr;
-    return FindDirectory(path, name.substr(0, slash == 0 ? 1 : slash));
+    return FindDirectoryByName(path, HkString(DirectoryPart(TextOf(fileName))).c_str());
 }

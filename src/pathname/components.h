@@ -11,6 +11,13 @@ inline std::string_view LastComponent(std::string_view dirName) {
     return dirName.substr(dirName.rfind('/') + 1);  // npos + 1 is 0
 }
 
+// The directory part of a file name, as vpSeparatePathName writes it: "/" for "/f", empty for "f".
+inline std::string_view DirectoryPart(std::string_view fileName) {
+    const size_t slash = fileName.rfind('/');
+    if (slash == std::string_view::npos) return {};
+    return fileName.substr(0, slash == 0 ? 1 : slash);
+}
+
 // Whether a component is the name of a private directory, "private" in any case.
 inline bool IsPrivateName(std::string_view lastComponent) {
     constexpr std::string_view kPrivate = "private";

@@ -3,7 +3,7 @@
 #include <vpath/path.h>
 
 #include "dir/path_dir_item.h"
-#include "pathname/compare.h"
+#include "pathname/components.h"
 #include "search/search_name.h"
 
 namespace {
@@ -44,9 +44,7 @@ bool CarriesMark(std::string_view fullName, const SearchName& name) {
 bool LiesInDirectoryPart(std::string_view fullName, const SearchName& name, bool caseSensitive) {
     if (name.directory() == nullptr || *name.directory() == '\0') return true;
     std::string_view wanted = name.directory();
-    const size_t slash = fullName.rfind('/');
-    if (slash == std::string_view::npos) return false;
-    std::string_view directory = fullName.substr(0, slash == 0 ? 1 : slash);
+    std::string_view directory = DirectoryPart(fullName);
     while (!wanted.empty()) {
         if (directory.empty()) return false;
         const bool skipsMark = IsMark(directory.back()) && !IsMark(wanted.back());

@@ -1,6 +1,5 @@
 // The exported calls on searches.
 #include <cstring>
-#include <string_view>
 
 #include <vpath/search.h>
 
@@ -47,11 +46,8 @@ PathAllDirItemInfo& DirectoryOrNull(PathMgr& path, const char* dirName) {
 }
 
 PathAllDirItemInfo& DirectoryOfFileOrNull(PathMgr& path, const char* fileName) {
-    if (fileName == nullptr) return *path.nullDir;
-    const char* const slash = std::strrchr(fileName, '/');
-    if (slash == nullptr) return *path.nullDir;
-    const HkString dirName(fileName, slash == fileName ? 1 : static_cast<size_t>(slash - fileName));
-    return DirectoryOrNull(path, dirName.c_str());
+    PathAllDirItemInfo* const found = FindDirectoryOfFile(path, fileName);
+    return found != nullptr ? *found : *path.nullDir;
 }
 
 vpSearch* OpenOnPath(const vpPath& path, SearchScope scope, const Question& question) {
