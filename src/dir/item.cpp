@@ -21,6 +21,12 @@ PathDirItemInfo* PathItemInfo::topDir() const {
     return self != nullptr ? self->top : nullptr;
 }
 
+PathAllDirItemInfo& PathItemInfo::holder() const {
+    if (parent != nullptr) return *parent;
+    // Of the items that are not detached, only directories of the path have no parent.
+    return const_cast<PathAllDirItemInfo&>(static_cast<const PathAllDirItemInfo&>(*this));
+}
+
 PathMgr* PathItemInfo::path() const {
     const PathDirItemInfo* const top = topDir();
     return top != nullptr ? top->owner : nullptr;

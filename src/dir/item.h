@@ -79,6 +79,9 @@ class PathItemInfo : public HkAllocated {
     PathDirItemInfo* topDir() const;
     PathMgr* path() const;
 
+    // The directory that holds the item; a directory of the path holds itself. Not once detached.
+    PathAllDirItemInfo& holder() const;
+
     // Interns `text` in the path's name table and links the item at the front of its name list.
     void linkUnderName(PathMgr& owner, std::string_view text);
 

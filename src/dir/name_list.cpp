@@ -1,5 +1,7 @@
 #include "dir/name_list.h"
 
+#include <utility>
+
 #include "dir/item.h"
 #include "dir/path_dir_item.h"
 
@@ -103,40 +105,40 @@ PathItemInfo* NameList::before(const PathItemInfo& item) const {
 }
 
 void NameList::order(uint32_t epoch) {
-    const bool moved = epoch_ != epoch;
-    epoch_ = epoch;
-    if (head_ == nullptr) return;
-    uint32_t front = unordered_;
-    unordered_ = 0;
+    const bool moved = std::exchange(epoch_, epoch) != epoch;
+    PathItemInfo* const tail = head_ != nullptr ? head_->prev : nullptr;
+    PathItemInfo* rest = head_;
     PathItemInfo* frontTail = nullptr;
-    for (PathItemInfo* item = head_; front > 0; --front, item = item->next) {
-        item->clear(PathItemInfo::kUnordered);
-        frontTail = item;
+    for (; unordered_ != 0 && rest != nullptr; --unordered_) {
+        rest->clear(PathItemInfo::kUnordered);
+        frontTail = rest;
+        rest = rest->next;
     }
     if (moved) {
-        if (!IsAscending(head_)) head_ = SortChain(head_);
-        head_->prev = nullptr;
-        head_->prev = LinkBack(head_);
-        return;
+        sortAll();
+    } else if (frontTail != nullptr) {
+        frontTail->next = nullptr;
+        PathItemInfo* const front = std::exchange(head_, rest);
+        if (rest != nullptr) rest->prev = tail;
+        mergeFront(SortChain(front));
     }
-    PathItemInfo* const rest = frontTail->next;
-    PathItemInfo* const tail = head_->prev;
-    frontTail->next = nullptr;
-    PathItemInfo* const sorted = SortChain(head_);
-    frontTail = LinkBack(sorted);
-    head_ = rest;
-    if (rest == nullptr) {
-        head_ = sorted;
+}
+
+void NameList::sortAll() {
+    if (head_ == nullptr || IsAscending(head_)) return;
+    head_ = SortChain(head_);
+    head_->prev = LinkBack(head_);
+}
+
+// Merges the sorted chain `front` into the list, which is in order. The search for its place starts
+// from both ends at once: new items mostly belong at one of them.
+void NameList::mergeFront(PathItemInfo* front) {
+    PathItemInfo* const frontTail = LinkBack(front);
+    if (head_ == nullptr) {
+        head_ = front;
         head_->prev = frontTail;
         return;
     }
-    rest->prev = tail;
-    mergeFront(sorted, frontTail);
-}
-
-// Merges the sorted chain front..frontTail into the list, which is in order. The search for its
-// place starts from both ends at once: new items mostly belong at one of them.
-void NameList::mergeFront(PathItemInfo* front, PathItemInfo* frontTail) {
     const int64_t least = OrderOf(*front);
     const int64_t greatest = OrderOf(*frontTail);
     // Where the chain would go in one piece: before the first item that is not less than its

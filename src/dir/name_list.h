@@ -34,7 +34,8 @@ class NameList {
 
   private:
     void order(uint32_t epoch);
-    void mergeFront(PathItemInfo* front, PathItemInfo* frontTail);
+    void sortAll();
+    void mergeFront(PathItemInfo* front);
 
     PathItemInfo* head_ = nullptr;
     uint32_t unordered_ = 0;  // how many items at the front carry kUnordered

@@ -24,7 +24,7 @@ vpPath::~vpPath() {
 }
 
 vpPath& vpPath::operator=(const vpPath& other) {
-    copy(other);
+    if (this != &other) copy(other);
     return *this;
 }
 
@@ -56,7 +56,7 @@ vpDir::~vpDir() {
 }
 
 vpDir& vpDir::operator=(const vpDir& other) {
-    copy(other);
+    if (this != &other) copy(other);
     return *this;
 }
 

@@ -39,11 +39,6 @@ bool IsNamed(const PathItemInfo& item, const NameQuery& query) {
     return SameName(item.name(), query.base, query.caseSensitive);
 }
 
-// The directory that holds an item; a directory of the path holds itself.
-const PathAllDirItemInfo& HolderOf(const PathItemInfo& item) {
-    return item.parent != nullptr ? *item.parent : *item.topDir();
-}
-
 }  // namespace
 
 bool ConfirmCandidate(PathMgr& path, PathItemInfo& item) {
@@ -80,7 +75,7 @@ PathItemInfo* GeneralNameIterator::next(const SearchMode& mode) {
 
 bool GeneralNameIterator::matches(const PathItemInfo& item) const {
     if (!IsNamed(item, query_)) return false;
-    return query_.scope != SearchScope::kPathOnly || HolderOf(item).kind() != vpDirTypeCurrent;
+    return query_.scope != SearchScope::kPathOnly || item.holder().kind() != vpDirTypeCurrent;
 }
 
 ConstructorIterator::ConstructorIterator(const NameQuery& query)

@@ -27,11 +27,6 @@ bool ResolveCase(vpCaseSensitivity rule, const PathMgr& path) {
     }
 }
 
-// The directory that holds an item; a directory of the path holds itself.
-PathAllDirItemInfo& HolderOf(PathItemInfo& item) {
-    return item.parent != nullptr ? *item.parent : *item.asDirectory();
-}
-
 // Normalises the name of a request; false when it cannot be, which is reported.
 bool NormalizeSearchName(const char* name, NormalizedName& normalized, size_t& length) {
     length = 0;
@@ -110,7 +105,7 @@ vpSearch::Match vpSearch::find(const SearchMode& mode, char* nameOut) {
     for (advance(mode); current_; advance(mode)) {
         const unsigned int result = test(nameOut);
         if (result == 0) continue;
-        lastHolder_.reset(&HolderOf(*current_));
+        lastHolder_.reset(&current_->holder());
         return {result, vpDir(lastHolder_.get())};
     }
     return nothing();
@@ -120,7 +115,7 @@ vpSearch::Match vpSearch::findNextSubdirectory(char* nameOut) {
     while (true) {
         Match match = find(kFindSubDirs, nameOut);
         if (match.result == 0) return match;
-        if (current_->isPlainSubDir()) return {kFoundSubdirectory, std::move(match.directory)};
+        if (current_->isPlainSubDir()) return {kFoundSubdirectory, match.directory};
     }
 }
 
@@ -141,7 +136,7 @@ vpSearch::Match vpSearch::findNextDir() {
     if (state_ == State::kFinished) return nothing();
     for (advance(kFindDirs); current_; advance(kFindDirs)) {
         PathAllDirItemInfo* const directory = current_->asDirectory();
-        if (directory == nullptr || !isInReach(HolderOf(*directory))) continue;
+        if (directory == nullptr || !isInReach(directory->holder())) continue;
         const FullName fullName(*directory);
         if (CarriesMark(fullName.view(), name_) &&
             LiesInDirectoryPart(fullName.view(), name_, caseSensitive_)) {
@@ -157,7 +152,7 @@ unsigned int vpSearch::test(char* nameOut) {
     PathItemInfo& item = *current_;
     const unsigned int result =
         extensions_.accept(item.getExtension(), name_.extension(), caseSensitive_);
-    PathAllDirItemInfo& holder = HolderOf(item);
+    PathAllDirItemInfo& holder = item.holder();
     if (result == 0 || !isInReach(holder)) return 0;
     const bool verifies = verifies_ && !holder.isFrozen();
     if (!verifies && name_.mark() == '\0' && name_.directory() == nullptr) {
