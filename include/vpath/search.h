@@ -139,3 +139,20 @@ VP_EXPORT unsigned int vpFindFirstFileVisibleToDir(vpDir dir, const char* name, 
 VP_EXPORT unsigned int vpFindFirstFileVisibleToFile(vpPath path, const char* fileName,
                                                     const char* name, const char** exts,
                                                     vpReadCheck rc, vpDir* dirOut, char* nameOut);
+
+// Walking class and package directories. Each call takes the last answer and gives the next; the
+// null directory at the end. Cost: O(1) a step, but for directories of the path without any.
+
+// The class directories, and the package directories, that lie in `dir`: start with `previous` =
+// `dir`. The null directory too when `previous` is not one of them.
+VP_EXPORT vpDir vpGetMethodDirs(vpDir dir, vpDir previous);
+VP_EXPORT vpDir vpGetPackageDirs(vpDir dir, vpDir previous);
+
+// Every class directory that lies directly in a directory of the path, in path order: start with
+// the null directory. From another directory than a class directory the walk starts after the
+// current directory.
+VP_EXPORT vpDir vpGetNextMethodDir(vpDir dir);
+
+// The class directories of one class across the path; packages are not looked into. Start with the
+// null directory, or with the current directory to leave its own out.
+VP_EXPORT vpDir vpGetNextMethodClassDir(vpDir dir, const char* className);
