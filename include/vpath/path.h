@@ -52,6 +52,7 @@ class VP_EXPORT vpPath {
     vpPath& operator=(PathMgr* path);  // does not ask whether the path is live
     void copy(const vpPath& other);    // lets its own target go, then takes the other's
     bool operator==(const PathMgr* path) const;
+    bool operator==(const vpPath& other) const;
     operator const PathMgr*() const;  // NOLINT: the raw pointer, null for a null handle
     PathMgr* get() const { return target_; }
 

@@ -98,9 +98,9 @@ VP_EXPORT void vpFreeNormalizedDirName(char* name);  // null is allowed
 
 // An absolute name, '~' names included, is copied as it is with strncpy: without a NUL when it
 // fills the `dstSize` bytes of `dst`. A relative name is completed with the current directory and
-// freed of "." and ".." components, of a final '/' and of an automounter's prefix. Answers `dst`;
-// null when a relative name is empty, does not exist or does not fit with its NUL. Asks the file
-// system once.
+// freed of "." components and of "name/.." pairs, of a final '/' and of an automounter's prefix.
+// Answers `dst`; null when a relative name is empty, does not exist or does not fit with its NUL.
+// Asks the file system once.
 VP_EXPORT char* vpFullPath(char* dst, const char* name, size_t dstSize);
 
 }  // extern "C"

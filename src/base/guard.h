@@ -13,6 +13,17 @@ Result Guarded(Result failure, Body&& body) noexcept {
     }
 }
 
+// Runs `body`; false when it throws. For the steps of a change that has to be completed.
+template <class Body>
+bool Attempt(Body&& body) noexcept {
+    try {
+        std::forward<Body>(body)();
+        return true;
+    } catch (...) {
+        return false;
+    }
+}
+
 // The same for calls without a result.
 template <class Body>
 void Guarded(Body&& body) noexcept {

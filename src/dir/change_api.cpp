@@ -34,12 +34,6 @@ void MarkAll(PathMgr& path, uint8_t mark) {
     }
 }
 
-bool IsSpecialName(std::string_view component, bool caseSensitive) {
-    if (component.empty()) return false;
-    return component.front() == '@' || component.front() == '+' ||
-           SameName(component, "private", caseSensitive);
-}
-
 struct Marked {
     PathAllDirItemInfo* directory;  // that of the name, null when it is unknown
     bool wasWaiting;
@@ -51,15 +45,10 @@ Marked MarkChangedByName(PathMgr& path, const char* name) {
     char* text = nullptr;
     const int length = NormalizeDirNameOrReport(name, false, &text);
     const NormalizedName normalized(text);
-    std::string_view fullName(text, static_cast<size_t>(length));
+    const std::string_view fullName(text, static_cast<size_t>(length));
     PathAllDirItemInfo* const named = FindDirectory(path, fullName);
-    PathAllDirItemInfo* known = named;
-    while (known == nullptr && IsSpecialName(LastComponent(fullName), path.caseSensitive)) {
-        const size_t slash = fullName.rfind('/');
-        if (slash == std::string_view::npos || fullName.size() == 1) break;
-        fullName = fullName.substr(0, slash == 0 ? 1 : slash);
-        known = FindDirectory(path, fullName);
-    }
+    PathAllDirItemInfo* const known =
+        named != nullptr ? named : FindNearestDirectory(path, fullName);
     return {named, known != nullptr && known->markChanged()};
 }
 

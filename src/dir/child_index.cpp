@@ -1,26 +1,10 @@
 #include "dir/child_index.h"
 
 #include <algorithm>
+#include <functional>
 #include <tuple>
 
 #include "dir/dir_item.h"
-
-namespace {
-
-struct ByRecord {
-    using Entry = ChildIndex::Entry;
-    bool operator()(const Entry& entry, const PathNameInfo* record) const {
-        return std::less<>()(entry.record, record);
-    }
-    bool operator()(const PathNameInfo* record, const Entry& entry) const {
-        return std::less<>()(record, entry.record);
-    }
-    bool operator()(const Entry& a, const Entry& b) const {
-        return std::tie(a.record, a.list, a.index) < std::tie(b.record, b.list, b.index);
-    }
-};
-
-}  // namespace
 
 size_t ChildCount(const PathAllDirItemInfo& directory, ChildList list) {
     switch (list) {
@@ -54,32 +38,51 @@ PathItemInfo* ChildAt(const PathAllDirItemInfo& directory, ChildList list, size_
     return nullptr;
 }
 
-std::span<const ChildIndex::Entry> ChildIndex::find(const PathAllDirItemInfo& directory,
-                                                    const PathNameInfo* record) {
-    if (entries_ == nullptr) build(directory);
-    const Entry* const end = entries_.get() + count_;
-    const auto [from, to] = std::equal_range<const Entry*>(entries_.get(), end, record, ByRecord());
-    return {from, to};
+size_t ChildIndex::next(const PathAllDirItemInfo& directory, const PathNameInfo* record,
+                        ChildList list, size_t from) {
+    absorb(directory);
+    const Entry wanted{record, static_cast<uint32_t>(from), list};
+    // Recent children of a list stand behind all others.
+    const Entry* found = Find(entries_, wanted);
+    if (found == nullptr) found = Find(recent_, wanted);
+    return found != nullptr ? found->place : kNone;
 }
 
-void ChildIndex::drop() {
-    entries_.reset();
-    count_ = 0;
+void ChildIndex::drop() { *this = ChildIndex(); }
+
+bool ChildIndex::Before(const Entry& a, const Entry& b) {
+    if (a.record != b.record) return std::less<>()(a.record, b.record);
+    return std::tie(a.list, a.place) < std::tie(b.list, b.place);
 }
 
-void ChildIndex::build(const PathAllDirItemInfo& directory) {
-    size_t total = 0;
-    for (uint8_t list = 0; list < kChildLists; ++list) {
-        total += ChildCount(directory, static_cast<ChildList>(list));
+// The first entry that is not before `from`, when it is of the same record and list.
+const ChildIndex::Entry* ChildIndex::Find(const HkVector<Entry>& entries, const Entry& from) {
+    const auto at = std::lower_bound(entries.begin(), entries.end(), from, Before);
+    if (at == entries.end() || at->record != from.record || at->list != from.list) return nullptr;
+    return &*at;
+}
+
+void ChildIndex::absorb(const PathAllDirItemInfo& directory) {
+    size_t added = 0;
+    for (uint8_t l = 0; l < kChildLists; ++l) {
+        added += ChildCount(directory, static_cast<ChildList>(l)) - covered_[l];
     }
-    entries_.reset(static_cast<Entry*>(AllocateOrFail(total * sizeof(Entry))));
-    count_ = 0;
+    if (added == 0) return;
+    const bool merges = entries_.empty() || recent_.size() + added > kMostRecent;
+    HkVector<Entry>& into = merges ? entries_ : recent_;
+    const auto known = static_cast<ptrdiff_t>(into.size());
+    if (merges) {
+        into.reserve(into.size() + added + recent_.size());
+        into.insert(into.end(), recent_.begin(), recent_.end());
+        recent_.clear();
+    }
     for (uint8_t l = 0; l < kChildLists; ++l) {
         const auto list = static_cast<ChildList>(l);
-        for (size_t i = 0; i < ChildCount(directory, list); ++i) {
-            entries_.get()[count_++] = {ChildAt(directory, list, i)->nameRecord,
-                                        static_cast<uint32_t>(i), list};
+        for (; covered_[l] < ChildCount(directory, list); ++covered_[l]) {
+            into.push_back({ChildAt(directory, list, covered_[l])->nameRecord,
+                            static_cast<uint32_t>(covered_[l]), list});
         }
     }
-    std::sort(entries_.get(), entries_.get() + count_, ByRecord());
+    std::sort(into.begin() + known, into.end(), Before);
+    std::inplace_merge(into.begin(), into.begin() + known, into.end(), Before);
 }

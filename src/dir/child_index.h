@@ -1,10 +1,9 @@
 // The children of one directory by name: made when a search first asks the directory for a name,
-// dropped when the directory's lists change. A look-up costs a binary search.
+// and kept in step as children are added. A look-up costs two binary searches.
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
-#include <span>
 
 #include "base/memory.h"
 
@@ -29,20 +28,31 @@ PathItemInfo* ChildAt(const PathAllDirItemInfo& directory, ChildList list, size_
 
 class ChildIndex {
   public:
-    struct Entry {
-        const PathNameInfo* record;  // compared, never followed: it may be gone
-        uint32_t index;
-        ChildList list;
-    };
+    static constexpr size_t kNone = static_cast<size_t>(-1);
 
-    // The children of `directory` under `record`, list by list, each in listing order.
-    std::span<const Entry> find(const PathAllDirItemInfo& directory, const PathNameInfo* record);
+    // The place, `from` or later, of the next child of that list under `record`; kNone at the end.
+    size_t next(const PathAllDirItemInfo& directory, const PathNameInfo* record, ChildList list,
+                size_t from);
 
+    // Children have gone or moved: the index is made anew when next asked.
     void drop();
 
   private:
-    void build(const PathAllDirItemInfo& directory);
+    struct Entry {
+        const PathNameInfo* record;  // compared, never followed: it may be gone
+        uint32_t place;
+        ChildList list;
+    };
+    // Children added after a large index was made are kept apart, up to so many: merging each at
+    // once would make a directory that is looked into while it is read cost the square of its
+    // children.
+    static constexpr size_t kMostRecent = 1024;
 
-    HkBlock<Entry> entries_;
-    size_t count_ = 0;
+    static bool Before(const Entry& a, const Entry& b);
+    static const Entry* Find(const HkVector<Entry>& entries, const Entry& from);
+    void absorb(const PathAllDirItemInfo& directory);
+
+    HkVector<Entry> entries_;  // sorted, as is recent_
+    HkVector<Entry> recent_;
+    size_t covered_[kChildLists] = {};  // how many children of each list are in the index
 };

@@ -15,7 +15,7 @@
 template <class Item>
 class ChildMatcher {
   public:
-    // `children` may be appended to while the matcher is in use; those are not looked at.
+    // New children are found once they were added here.
     explicit ChildMatcher(const HkVector<Item*>& children)
         : children_(children), count_(children.size()) {}
 
@@ -28,7 +28,7 @@ class ChildMatcher {
         if (!indexed_) makeIndex();
         const auto found = index_.equal_range(std::hash<std::string_view>()(name));
         Item* first = nullptr;
-        size_t firstPlace = count_;
+        size_t firstPlace = children_.size();
         for (auto entry = found.first; entry != found.second; ++entry) {
             Item* const child = children_[entry->second];
             if (entry->second < firstPlace && Names(*child, name)) {
@@ -36,8 +36,14 @@ class ChildMatcher {
                 firstPlace = entry->second;
             }
         }
-        if (first != nullptr) at_ = firstPlace + 1;
+        if (firstPlace < count_) at_ = firstPlace + 1;
         return first;
+    }
+
+    // Takes in a child that was made because no other had its name.
+    void add(const Item& child) {
+        if (!indexed_) makeIndex();
+        index(child, children_.size() - 1);
     }
 
   private:
@@ -49,21 +55,23 @@ class ChildMatcher {
     void makeIndex() {
         indexed_ = true;
         index_.reserve(count_);
-        HkString name;
         for (size_t i = 0; i < count_; ++i) {
-            const Item& child = *children_[i];
-            if (!child.has(PathItemInfo::kLinked)) continue;
-            name = child.name();
-            const char* const extension = child.isFile() ? child.getExtension() : nullptr;
-            if (extension != nullptr) name.append(".").append(extension);
-            index_.emplace(std::hash<std::string_view>()(name), i);
+            if (children_[i]->has(PathItemInfo::kLinked)) index(*children_[i], i);
         }
+    }
+
+    void index(const Item& child, size_t place) {
+        name_ = child.name();
+        const char* const extension = child.isFile() ? child.getExtension() : nullptr;
+        if (extension != nullptr) name_.append(".").append(extension);
+        index_.emplace(std::hash<std::string_view>()(name_), place);
     }
 
     const HkVector<Item*>& children_;
     size_t count_;
     size_t at_ = 0;
     bool indexed_ = false;
+    HkString name_;
     std::unordered_multimap<size_t, size_t, std::hash<size_t>, std::equal_to<>,
                             HkAllocator<std::pair<const size_t, size_t>>>
         index_;

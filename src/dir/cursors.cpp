@@ -1,7 +1,5 @@
 #include "dir/cursors.h"
 
-#include <algorithm>
-
 #include "dir/dir_item.h"
 #include "dir/name_record.h"
 #include "path/path_mgr.h"
@@ -19,6 +17,15 @@ Cursor::~Cursor() {
 void CursorList::itemUnlinked(PathItemInfo& item) {
     for (Cursor* cursor = first_; cursor != nullptr; cursor = cursor->next_) {
         cursor->itemUnlinked(item);
+    }
+}
+
+void CursorList::contentsCleared(const PathAllDirItemInfo& directory) {
+    for (Cursor* cursor = first_; cursor != nullptr; cursor = cursor->next_) {
+        for (uint8_t list = 0; list < kChildLists; ++list) {
+            size_t* const place = cursor->placeIn(directory, static_cast<ChildList>(list));
+            if (place != nullptr) *place = 0;
+        }
     }
 }
 
@@ -60,13 +67,11 @@ PathItemInfo* ChildCursor::next() {
 }
 
 PathItemInfo* ChildCursor::next(const PathNameInfo* record) {
-    const auto entries = directory_->childIndex.find(*directory_, record);
-    const auto from = std::partition_point(entries.begin(), entries.end(), [this](const auto& e) {
-        return e.list != list_ ? e.list < list_ : e.index < place_;
-    });
-    for (auto entry = from; entry != entries.end() && entry->list == list_; ++entry) {
-        place_ = entry->index + size_t{1};
-        PathItemInfo* const child = ChildAt(*directory_, list_, entry->index);
+    ChildIndex& index = directory_->childIndex;
+    size_t place = index.next(*directory_, record, list_, place_);
+    for (; place != ChildIndex::kNone; place = index.next(*directory_, record, list_, place_)) {
+        place_ = place + 1;
+        PathItemInfo* const child = ChildAt(*directory_, list_, place);
         if (child->has(PathItemInfo::kLinked) && child->nameRecord == record) return child;
     }
     return nullptr;

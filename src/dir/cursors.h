@@ -3,6 +3,7 @@
 // compacted. Without an open search none of this costs anything.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 
 #include "dir/child_index.h"
@@ -21,6 +22,9 @@ class CursorList {
   public:
     bool empty() const { return first_ == nullptr; }
     void itemUnlinked(PathItemInfo& item);
+
+    // Every child of the directory has gone.
+    void contentsCleared(const PathAllDirItemInfo& directory);
 
     // `removed(i)` says whether the child at place i goes. Called before the children move.
     template <class Removed>
@@ -92,8 +96,9 @@ void CursorList::childrenRemoved(const PathAllDirItemInfo& directory, ChildList 
     for (Cursor* cursor = first_; cursor != nullptr; cursor = cursor->next_) {
         size_t* const place = cursor->placeIn(directory, list);
         if (place == nullptr) continue;
+        const size_t end = std::min(*place, ChildCount(directory, list));
         size_t before = 0;
-        for (size_t i = 0; i < *place; ++i) before += removed(i) ? 1 : 0;
+        for (size_t i = 0; i < end; ++i) before += removed(i) ? 1 : 0;
         *place -= before;
     }
 }

@@ -4,7 +4,7 @@
 
 #include <vpath/path.h>
 
-#include "base/reporting.h"
+#include "base/guard.h"
 #include "dir/attach.h"
 #include "dir/full_name.h"
 #include "dir/path_dir_item.h"
@@ -29,37 +29,30 @@ bool PathAllDirItemInfo::markChanged() {
 }
 
 const char* PathAllDirItemInfo::baseName() const {
-    if (nameRecord != nullptr) return name();
-    if (detachedName == nullptr) return "";
-    const char* const slash = std::strrchr(detachedName.get(), '/');
-    const char* const last = slash != nullptr ? slash + 1 : detachedName.get();
-    return mark() != '\0' && *last == mark() ? last + 1 : last;
+    const PathNameInfo* const record = nameRecord != nullptr ? nameRecord : detachedRecord.get();
+    return record != nullptr ? record->spelling(spellingIndex) : "";
 }
 
 void PathAllDirItemInfo::adopt(PathFileItemInfo& item) {
     files.push_back(&item);
     item.set(kOwned);
-    childIndex.drop();
 }
 
 void PathAllDirItemInfo::adopt(PathSubDirItemInfo& item) {
     subDirs.push_back(&item);
     item.set(kOwned);
-    childIndex.drop();
 }
 
 void PathAllDirItemInfo::adopt(PathClassDirItemInfo& item) {
     item.siblingIndex = static_cast<uint32_t>(classDirs.size());
     classDirs.push_back(&item);
     item.set(kOwned);
-    childIndex.drop();
 }
 
 void PathAllDirItemInfo::adopt(PathPackageDirItemInfo& item) {
     item.siblingIndex = static_cast<uint32_t>(packageDirs.size());
     packageDirs.push_back(&item);
     item.set(kOwned);
-    childIndex.drop();
 }
 
 void PathAllDirItemInfo::adopt(PathPrivateDirItemInfo& item) {
@@ -122,6 +115,9 @@ void PathAllDirItemInfo::dropLeaves() {
     drop(files);
     drop(subDirs);
     childIndex.drop();
+    // Cursors count a reference to the directory in which they stand.
+    PathMgr* const owner = path();
+    if (refCount != 0 && owner != nullptr) owner->cursors.contentsCleared(*this);
     ++life;
     clearDirFlag(kReading);
     clearDirFlag(kMarkedWhileReading);
@@ -129,7 +125,9 @@ void PathAllDirItemInfo::dropLeaves() {
 
 void PathAllDirItemInfo::detach() {
     if (refCount != 0 && detachedName == nullptr) {
-        detachedName.reset(DuplicateText(FullName(*this).view()));
+        // Letting go must not fail: where memory runs out, which is reported, the name is lost.
+        Guarded([this] { detachedName.reset(DuplicateText(FullName(*this).view())); });
+        detachedRecord.reset(nameRecord);
     }
     unlinkFromName();
     parent = nullptr;

@@ -4,6 +4,7 @@
 
 #include "dir/child_index.h"
 #include "dir/item.h"
+#include "dir/name_record.h"
 
 class PathClassDirItemInfo;
 class PathPackageDirItemInfo;
@@ -69,6 +70,7 @@ class PathAllDirItemInfo : public PathItemInfo {
     ChildIndex childIndex;           // by name; made when a search first asks this directory
     PathDirItemInfo* top = nullptr;  // null once detached
     HkBlock<char> detachedName;      // the full name, once detached under a handle
+    NameRecordRef detachedRecord;    // then keeps the text of the name
     int64_t timeStamp = 0;           // the recorded modification time, whole seconds
     uint32_t changeCount = 0;        // detected changes
     uint32_t life = 0;               // counts how often the contents were cleared

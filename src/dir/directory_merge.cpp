@@ -42,6 +42,7 @@ class Merge {
             return;
         }
         PathItemInfo* const made = MakeChild(directory_, entry);
+        if (made != nullptr) remember(*made, entry.kind);
         PathAllDirItemInfo* const special = made != nullptr ? made->asDirectory() : nullptr;
         if (special != nullptr) readNew(*special);
     }
@@ -66,6 +67,26 @@ class Merge {
                 return packageDirs_.find(entry.bareName());
         }
         return nullptr;
+    }
+
+    // A listing that names it again means the same child.
+    void remember(const PathItemInfo& made, EntryKind kind) {
+        switch (kind) {
+            case EntryKind::kFile:
+                files_.add(static_cast<const PathFileItemInfo&>(made));
+                break;
+            case EntryKind::kPlainSubDir:
+                subDirs_.add(static_cast<const PathSubDirItemInfo&>(made));
+                break;
+            case EntryKind::kPrivateDir:
+                break;
+            case EntryKind::kClassDir:
+                classDirs_.add(static_cast<const PathClassDirItemInfo&>(made));
+                break;
+            case EntryKind::kPackageDir:
+                packageDirs_.add(static_cast<const PathPackageDirItemInfo&>(made));
+                break;
+        }
     }
 
     void readNew(PathAllDirItemInfo& special) const {

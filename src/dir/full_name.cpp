@@ -104,6 +104,7 @@ void WriteFullName(const PathItemInfo& item, char* to, size_t length) {
     char* end = to + length;
     *end = '\0';
     TakeFromEnd(item, [&end](std::string_view piece) {
+        if (piece.empty()) return;
         end -= piece.size();
         std::memcpy(end, piece.data(), piece.size());
     });

@@ -52,7 +52,12 @@ ListingReader::ListingReader(PathMgr& path, PathAllDirItemInfo& directory)
     : path_(&path), directoryName_(FullName(directory).view()) {
     if (!IsHidden(path, directoryName_)) {
         unsigned int* words = nullptr;
-        names_.reset(path.listDirectory(directoryName_.c_str(), &words));
+        try {
+            names_.reset(path.listDirectory(directoryName_.c_str(), &words));
+        } catch (...) {
+            hkFree(words);  // what a callback stored is the library's, though it throws
+            throw;
+        }
         words_.reset(words);
     }
     if (names_ == nullptr) names_ = EmptyListing();
@@ -87,12 +92,13 @@ ListingEntry ListingReader::classify(std::string_view name, unsigned int word) {
         }
     }
     const bool special = entry.kind != EntryKind::kFile && entry.kind != EntryKind::kPlainSubDir;
-    if (special && !isDirectory(name)) entry = {name, EntryKind::kFile, false, kUnknown};
-    return entry;
-}
-
-bool ListingReader::isDirectory(std::string_view name) {
+    if (!special) return entry;
     HkString fullName(directoryName_);
     AppendPathName(fullName, name);
-    return fullName.size() <= kLongestDirectoryName && path_->isDirectory(fullName.c_str());
+    const bool tooLong = fullName.size() > kLongestDirectoryName;
+    // A name that is too long stays a file for good: asking about it again would not help.
+    if (tooLong) return {name, EntryKind::kFile, true, kUnknown};
+    return path_->isDirectory(fullName.c_str())
+               ? entry
+               : ListingEntry{name, EntryKind::kFile, false, kUnknown};
 }

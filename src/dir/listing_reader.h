@@ -37,7 +37,6 @@ class ListingReader {
 
   private:
     ListingEntry classify(std::string_view name, unsigned int word);
-    bool isDirectory(std::string_view name);
 
     PathMgr* path_;
     HkString directoryName_;

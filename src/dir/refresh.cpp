@@ -147,7 +147,11 @@ void UnfreezeDirectory(PathAllDirItemInfo& directory) {
 void RevalidateRelativeDirectory(PathDirItemInfo& directory) {
     if (directory.loadState == PathAllDirItemInfo::kNeverRead) return;
     if (directory.hasDirFlag(PathAllDirItemInfo::kReading)) {
-        directory.markChanged();
+        // What it holds so far is another directory's: the next refresh reads all of it.
+        for (PathAllDirItemInfo* at = &directory; at != nullptr; at = NextInTree(*at, directory)) {
+            at->markChanged();
+            if (at->isFrozen()) at->loadState = PathAllDirItemInfo::kChanged;
+        }
         return;
     }
     const DirRef hold(&directory);

@@ -92,7 +92,7 @@ class Replacement {
 
     // Takes off what the new path does not name; with `keepUnmet`, nothing.
     bool finish(bool keepUnmet) {
-        if (keptInOrder_ && nothingOrderedSince() && allMet()) order_.forgetMoves();
+        if (keptInOrder_ && undisturbed() && allMet()) order_.forgetMoves();
         ItemRef<PathDirItemInfo> at(order_.firstAdded());
         while (at) {
             ItemRef<PathDirItemInfo> const next(order_.nextAfter(*at));
@@ -127,12 +127,13 @@ class Replacement {
         keptInOrder_ &= directory.order > lastKeptOrder_;
         lastKeptOrder_ = directory.order;
         directory.clearDirFlag(PathAllDirItemInfo::kToBeReplaced);
-        order_.moveToBack(directory);
+        if (order_.moveToBack(directory)) ++moves_;
     }
 
-    // Whether no name list was put in order while directories were moving.
-    bool nothingOrderedSince() const {
-        return !movedBefore_ && order_.settledEpoch() == epochBefore_;
+    // Whether nobody put a name list in order, or moved directories, while this was going on.
+    bool undisturbed() const {
+        const PathOrder::Stamp now = order_.stamp();
+        return !before_.moved && now.epoch == before_.epoch && now.moves == before_.moves + moves_;
     }
 
     bool allMet() {
@@ -146,8 +147,8 @@ class Replacement {
     PathMgr& path_;
     PathOrder& order_;
     int64_t lastKeptOrder_ = PathDirItemInfo::kOrderOfCurrent;
-    bool movedBefore_ = order_.moved();
-    uint32_t epochBefore_ = order_.settledEpoch();
+    PathOrder::Stamp before_ = order_.stamp();
+    uint32_t moves_ = 0;
     bool keptInOrder_ = true;
     bool allPlaced_ = true;
 };
@@ -252,7 +253,7 @@ bool vpSetFreezeAllAddedDirectories(vpPath path, bool) {
 
 vpDir vpGetNextPathDir(vpDir dir) {
     PathAllDirItemInfo* const live = LiveDir(dir);
-    if (live == nullptr) return {};
+    if (live == nullptr) return NullDirBeside(dir);
     PathMgr* const path = live->path();
     const PathOrder& order = path->contents.directories;
     PathDirItemInfo* next = nullptr;
@@ -279,10 +280,11 @@ void vpDeleteNonExistentDirectories(vpPath path) {
         const PathOrder& order = live->contents.directories;
         ItemRef<PathDirItemInfo> at(order.firstAdded());
         while (at && live->valid) {
-            if (!live->isDirectory(at->fullName.get()) && at->onPath()) {
-                live->contents.removeDir(*at);
-            }
-            at.reset(live->valid ? order.nextAfter(*at) : nullptr);
+            const bool stays = live->isDirectory(at->fullName.get());
+            if (!live->valid) return;
+            ItemRef<PathDirItemInfo> const next(order.nextAfter(*at));
+            if (!stays && at->onPath()) live->contents.removeDir(*at);
+            at = next;
         }
     });
 }

@@ -1,5 +1,6 @@
 #include "path/current_directory.h"
 
+#include <cstring>
 #include <memory>
 
 #include <vpath/pathname.h>
@@ -28,6 +29,12 @@ const char* RefusalOf(vpDirAccessibility accessibility) {
         default:
             return "Directory access failure";
     }
+}
+
+// Whether nothing is left of a name when it is normalised: it is empty, or two and more slashes.
+bool IsNoName(const char* name) {
+    const size_t slashes = std::strspn(name, "/");
+    return name[slashes] == '\0' && slashes != 1;
 }
 
 // The process's directory at the beginning of a change, restored unless the change is kept. A path
@@ -63,6 +70,10 @@ const char* DynamicPathInfo::setCurrent(const char* name) {
         if (hkGetcwd(presentDirectory, sizeof presentDirectory) == nullptr) return kFailed;
         name = presentDirectory;
     } else {
+        if (IsNoName(name)) {
+            process.keep();
+            return kFailed;
+        }
         if (hkStrlen(name) > size_t{kLongestDirName}) {
             process.keep();
             return "Directory name too long";
@@ -85,11 +96,11 @@ const char* DynamicPathInfo::setCurrent(const char* name) {
     if (!path_.valid) return nullptr;
     path_.raiseEvent(vpEventCWDChangeBegin);
     process.keep();
-    if (path_.valid) replaceCurrent(text);
-    return nullptr;
+    if (!path_.valid) return nullptr;
+    return replaceCurrent(text) ? nullptr : kFailed;
 }
 
-void DynamicPathInfo::replaceCurrent(const char* fullName) {
+bool DynamicPathInfo::replaceCurrent(const char* fullName) {
     PathDirItemInfo* const old = directories.current();
     const bool frozen = path_.freezeAllAdded || (old != nullptr && old->underToolboxRoot);
     std::unique_ptr<PathDirItemInfo> made(PathDirItemInfo::Create(path_, fullName));
@@ -105,21 +116,28 @@ void DynamicPathInfo::replaceCurrent(const char* fullName) {
     const ItemRef<PathDirItemInfo> hold(&current);
     if (old != nullptr) {
         old->leavePath();
+        old->owner = nullptr;
         old->disown();
     }
-    ReadDirectory(current, frozen);
-    if (current.onPath()) path_.raiseEvent(vpEventDirAdded, &current);
-    revalidateRelative();
-    path_.raiseEvent(vpEventCWDChangeEnd);
+    // The change is made: whatever a callback throws from here on, the rest of it follows.
+    bool whole = Attempt([&] { ReadDirectory(current, frozen); });
+    whole &= Attempt([&] {
+        if (current.onPath()) path_.raiseEvent(vpEventDirAdded, &current);
+    });
+    whole &= revalidateRelative();
+    whole &= Attempt([&] { path_.raiseEvent(vpEventCWDChangeEnd); });
+    return whole;
 }
 
-void DynamicPathInfo::revalidateRelative() {
-    if (relativeDirs_ == 0) return;
+bool DynamicPathInfo::revalidateRelative() {
+    if (relativeDirs_ == 0) return true;
+    bool whole = true;
     ItemRef<PathDirItemInfo> at(directories.firstAdded());
     while (at && path_.valid) {
-        if (at->isRelative()) RevalidateRelativeDirectory(*at);
+        if (at->isRelative()) whole &= Attempt([&] { RevalidateRelativeDirectory(*at); });
         at.reset(directories.nextAfter(*at));
     }
+    return whole;
 }
 
 void DynamicPathInfo::clear() {

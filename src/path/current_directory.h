@@ -15,6 +15,7 @@ class DynamicPathInfo : public PathInfo {
     void clear();
 
   private:
-    void replaceCurrent(const char* fullName);
-    void revalidateRelative();
+    // Both answer false when a callback threw.
+    bool replaceCurrent(const char* fullName);
+    bool revalidateRelative();
 };

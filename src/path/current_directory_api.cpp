@@ -25,7 +25,9 @@ void HideCurrent(PathMgr& path) {
 void ShowCurrent(PathMgr& path) {
     const bool wasHidden = std::exchange(path.hideCwd, false);
     PathDirItemInfo* const current = path.contents.directories.current();
-    if (wasHidden && current != nullptr) current->loadState = PathAllDirItemInfo::kChanged;
+    if (!wasHidden || current == nullptr) return;
+    current->markChanged();  // for the case that it is just being read
+    current->loadState = PathAllDirItemInfo::kChanged;
 }
 
 }  // namespace

@@ -21,21 +21,19 @@ bool IsSpecialComponent(std::string_view component) {
     return marked ? component.size() > 1 : IsPrivateName(component);
 }
 
-// A full name taken apart at its special components, from the end: each prefix in front of one may
-// be the name of a directory of the path, with special directories below it.
-struct Split {
-    std::string_view base;   // without a final '/'
-    std::string_view below;  // special components, separated by '/'
-};
-
-// Moves the last component of split.base to split.below; false when it is not special.
-bool SplitOne(Split& split, std::string_view fullName) {
-    const size_t slash = split.base.rfind('/');
-    if (slash == std::string_view::npos || slash + 1 == split.base.size()) return false;
-    if (!IsSpecialComponent(split.base.substr(slash + 1))) return false;
-    split.below = fullName.substr(slash + 1);
-    split.base = fullName.substr(0, slash == 0 ? 1 : slash);
-    return true;
+// Calls `take` with each way to cut `fullName` in front of a special component, so that `base` may
+// be the name of a directory of the path and `below` special directories beneath it; longest base
+// first.
+template <class Take>
+void ForEachCut(std::string_view fullName, Take take) {
+    std::string_view base = fullName;
+    while (true) {
+        const size_t slash = base.rfind('/');
+        if (slash == std::string_view::npos || slash + 1 == base.size()) return;
+        if (!IsSpecialComponent(base.substr(slash + 1))) return;
+        base = fullName.substr(0, slash == 0 ? 1 : slash);
+        take(base, fullName.substr(slash + 1));
+    }
 }
 
 using Directories = HkVector<PathAllDirItemInfo*>;
@@ -45,58 +43,64 @@ void AddMatches(PathMgr& path, PathAllDirItemInfo& parent, std::string_view comp
                 Directories& matches) {
     const bool marked = component.front() == '@' || component.front() == '+';
     const std::string_view name = marked ? component.substr(1) : component;
-    const auto isNamed = [&](const PathAllDirItemInfo& directory) {
-        return SameName(directory.baseName(), name, path.caseSensitive);
+    const auto addIfNamed = [&](PathAllDirItemInfo* directory) {
+        if (SameName(directory->baseName(), name, path.caseSensitive)) matches.push_back(directory);
     };
     if (!marked) {
-        if (parent.privateDir != nullptr && isNamed(*parent.privateDir)) {
-            matches.push_back(parent.privateDir);
-        }
+        if (parent.privateDir != nullptr) addIfNamed(parent.privateDir);
         return;
     }
     const PathNameInfo* const record = path.nameTable.lookup(name);
     if (record == nullptr) return;
-    const ChildList wanted = component.front() == '@' ? ChildList::kClasses : ChildList::kPackages;
-    for (const ChildIndex::Entry& entry : parent.childIndex.find(parent, record)) {
-        if (entry.list != wanted) continue;
-        PathAllDirItemInfo* const child = ChildAt(parent, entry.list, entry.index)->asDirectory();
-        if (isNamed(*child)) matches.push_back(child);
+    const ChildList list = component.front() == '@' ? ChildList::kClasses : ChildList::kPackages;
+    ChildIndex& index = parent.childIndex;
+    for (size_t at = index.next(parent, record, list, 0); at != ChildIndex::kNone;
+         at = index.next(parent, record, list, at + 1)) {
+        addIfNamed(ChildAt(parent, list, at)->asDirectory());
     }
 }
 
-// The directory that the special components `below` lead to from `base`, or null. Under a
-// case-blind rule more than one may match on the way: all are followed.
-PathAllDirItemInfo* Descend(PathMgr& path, PathAllDirItemInfo& base, std::string_view below) {
+// How far special components lead from a directory of the path.
+struct Reached {
+    PathAllDirItemInfo* directory = nullptr;
+    size_t remaining = static_cast<size_t>(-1);  // bytes of the name that lead nowhere
+};
+
+// Follows `below` from `base`. Under a case-blind rule more than one directory may match on the
+// way: all are followed.
+Reached Descend(PathMgr& path, PathAllDirItemInfo& base, std::string_view below) {
     Directories level{&base};
-    while (!below.empty() && !level.empty()) {
+    while (!below.empty()) {
         const size_t end = std::min(below.find('/'), below.size());
-        const std::string_view component = below.substr(0, end);
-        below.remove_prefix(std::min(end + 1, below.size()));
         Directories next;
-        for (PathAllDirItemInfo* directory : level) AddMatches(path, *directory, component, next);
+        for (PathAllDirItemInfo* directory : level) {
+            AddMatches(path, *directory, below.substr(0, end), next);
+        }
+        if (next.empty()) break;
         level = std::move(next);
+        below.remove_prefix(std::min(end + 1, below.size()));
     }
-    return level.empty() ? nullptr : level.front();
+    return {level.front(), below.size()};
 }
 
-PathAllDirItemInfo* FindSpecial(PathMgr& path, std::string_view fullName) {
-    PathDirItemInfo* const current = path.contents.directories.current();
-    PathAllDirItemInfo* best = nullptr;
-    Split split{fullName, {}};
-    while (SplitOne(split, fullName)) {
-        if (path.contents.isCurrent(split.base)) {
-            if (PathAllDirItemInfo* const found = Descend(path, *current, split.below)) {
-                return found;  // nothing comes before the current directory
-            }
+// The directory that special components at the end of `fullName` lead nearest to. Of two as near,
+// the one earlier on the path.
+Reached FollowSpecial(PathMgr& path, std::string_view fullName) {
+    Reached best;
+    const auto consider = [&](PathDirItemInfo* base, std::string_view below) {
+        if (base == nullptr) return;
+        const Reached reached = Descend(path, *base, below);
+        if (reached.remaining > best.remaining) return;
+        if (reached.remaining < best.remaining ||
+            reached.directory->topDir()->order < best.directory->topDir()->order) {
+            best = reached;
         }
-        PathDirItemInfo* const added = path.contents.findAdded(split.base);
-        PathAllDirItemInfo* const found =
-            added != nullptr ? Descend(path, *added, split.below) : nullptr;
-        if (found != nullptr &&
-            (best == nullptr || found->topDir()->order < best->topDir()->order)) {
-            best = found;
-        }
-    }
+    };
+    ForEachCut(fullName, [&](std::string_view base, std::string_view below) {
+        const bool inCurrent = path.contents.isCurrent(base);
+        consider(inCurrent ? path.contents.directories.current() : nullptr, below);
+        consider(path.contents.findAdded(base), below);
+    });
     return best;
 }
 
@@ -104,8 +108,13 @@ PathAllDirItemInfo* FindSpecial(PathMgr& path, std::string_view fullName) {
 
 PathAllDirItemInfo* FindDirectory(PathMgr& path, std::string_view fullName) {
     if (fullName.empty()) return nullptr;
-    if (PathAllDirItemInfo* const special = FindSpecial(path, fullName)) return special;
-    return path.contents.findOnPath(fullName);
+    const Reached special = FollowSpecial(path, fullName);
+    return special.remaining == 0 ? special.directory : path.contents.findOnPath(fullName);
+}
+
+PathAllDirItemInfo* FindNearestDirectory(PathMgr& path, std::string_view fullName) {
+    PathAllDirItemInfo* const known = FindDirectory(path, fullName);
+    return known != nullptr ? known : FollowSpecial(path, fullName).directory;
 }
 
 PathAllDirItemInfo* FindDirectoryByName(PathMgr& path, const char* name) {

@@ -11,7 +11,11 @@ class PathMgr;
 // other name, among the added directories and last the current one.
 PathAllDirItemInfo* FindDirectory(PathMgr& path, std::string_view fullName);
 
-// The same for a name from outside, which is normalised first; a name that cannot be is reported.
+// The same, but for an unknown special directory the nearest known one above it.
+PathAllDirItemInfo* FindNearestDirectory(PathMgr& path, std::string_view fullName);
+
+// FindDirectory for a name from outside, which is normalised first; a name that cannot be is
+// reported.
 PathAllDirItemInfo* FindDirectoryByName(PathMgr& path, const char* name);
 
 // The directory that the directory part of a file name says, or null.

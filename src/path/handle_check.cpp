@@ -30,6 +30,5 @@ PathAllDirItemInfo* LiveRealDir(const vpDir& dir) {
 vpDir NullDirOf(PathMgr* path) { return path != nullptr ? vpDir(path->nullDir) : vpDir(); }
 
 vpDir NullDirBeside(const vpDir& dir) {
-    const PathAllDirItemInfo* const live = LiveDir(dir);
-    return live != nullptr ? NullDirOf(live->path()) : vpDir();
+    return dir.get() != nullptr ? NullDirOf(dir.get()->path()) : vpDir();
 }

@@ -19,5 +19,6 @@ PathAllDirItemInfo* LiveRealDir(const vpDir& dir);
 
 // The path's null directory in a handle; a null handle for null.
 vpDir NullDirOf(PathMgr* path);
-// The null directory of the path of `dir`; a null handle when `dir` is dead.
+// The null directory of the path that `dir` is, or was, a directory of; a null handle when the path
+// is gone.
 vpDir NullDirBeside(const vpDir& dir);

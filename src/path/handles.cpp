@@ -39,6 +39,8 @@ void vpPath::copy(const vpPath& other) { *this = other.target_; }
 
 bool vpPath::operator==(const PathMgr* path) const { return target_ == path; }
 
+bool vpPath::operator==(const vpPath& other) const { return target_ == other.target_; }
+
 vpPath::operator const PathMgr*() const { return target_; }
 
 vpDir::vpDir() : target_(nullptr) {}

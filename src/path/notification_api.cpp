@@ -14,13 +14,18 @@ vpRegisteredInterest vpRegisterPathInterest(vpPath path, vpListenerFcn listener)
     return Guarded(vpRegisteredInterest{vpPath(), -1}, [&] {
         auto& listeners = live->listeners;
         // The place of a cancelled listener is used again, so that indexes stay small and stable.
-        const auto place = std::find(listeners.begin(), listeners.end(), nullptr);
-        const auto index = static_cast<int32_t>(place - listeners.begin());
-        if (place != listeners.end()) {
-            *place = listener;
-        } else {
-            listeners.push_back(listener);
+        auto place = listeners.end();
+        if (live->cancelledListeners != 0) {
+            place = std::find(listeners.begin(), listeners.end(), nullptr);
         }
+        const auto index = static_cast<int32_t>(place - listeners.begin());
+        if (place == listeners.end()) {
+            listeners.push_back(listener);
+        } else {
+            *place = listener;
+            --live->cancelledListeners;
+        }
+        if (listener == nullptr) ++live->cancelledListeners;
         return vpRegisteredInterest{path, index};
     });
 }
@@ -29,7 +34,9 @@ void vpCancelPathInterest(vpRegisteredInterest interest) {
     PathMgr* const live = LivePath(interest.path);
     if (live == nullptr || interest.index < 0) return;
     const auto index = static_cast<size_t>(interest.index);
-    if (index < live->listeners.size()) live->listeners[index] = nullptr;
+    if (index >= live->listeners.size()) return;
+    const bool wasListening = std::exchange(live->listeners[index], nullptr) != nullptr;
+    if (wasListening) ++live->cancelledListeners;
 }
 
 void vpSuppressChangeNotify(vpPath path, bool suppress) {

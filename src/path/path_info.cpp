@@ -50,6 +50,8 @@ PathDirItemInfo* PathInfo::addDir(const char* fullName, bool atBeginning) {
         if (directory->isRelative()) ++relativeDirs_;
     }
     const ItemRef<PathDirItemInfo> hold(directory);
+    // What was under way when it left the path may have written a state since.
+    directory->loadState = PathAllDirItemInfo::kNeverRead;
     enter(*directory, atBeginning);
     ReadDirectory(*directory, path_.freezeAllAdded || directory->underToolboxRoot);
     if (isNew && directory->onPath()) path_.raiseEvent(vpEventDirAdded, directory);

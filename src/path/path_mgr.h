@@ -70,4 +70,5 @@ class PathMgr : public HkAllocated {
     HkBlock<char> name;
     HkBlock<char> preFrozenRoot;
     HkVector<vpListenerFcn> listeners;  // a cancelled one leaves a null
+    size_t cancelledListeners = 0;      // how many nulls there are
 };

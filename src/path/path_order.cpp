@@ -43,9 +43,11 @@ void PathOrder::remove(PathDirItemInfo& directory) {
     --added_;
 }
 
-void PathOrder::moveToBack(PathDirItemInfo& directory) {
-    if (&directory == last_) return;
+bool PathOrder::moveToBack(PathDirItemInfo& directory) {
+    if (&directory == last_) return false;
     remove(directory);
     pushBack(directory);
     moved_ = true;
+    ++moves_;
+    return true;
 }

@@ -33,12 +33,16 @@ class PathOrder {
     void pushFront(PathDirItemInfo& directory);
     void pushBack(PathDirItemInfo& directory);
     void remove(PathDirItemInfo& directory);
-    void moveToBack(PathDirItemInfo& directory);
+    bool moveToBack(PathDirItemInfo& directory);  // false when it stands there
 
-    // A sequence of moves that ends in the old order is none: the caller, who knows that it was
-    // one, takes back what it caused, unless an order was read in between.
-    bool moved() const { return moved_; }
-    uint32_t settledEpoch() const { return epoch_; }
+    // A sequence of moves that ends in the old order is none: the caller, who knows that it was one
+    // and that nobody else moved anything or read an order in between, takes back what it caused.
+    struct Stamp {
+        uint32_t epoch;
+        uint32_t moves;
+        bool moved;
+    };
+    Stamp stamp() const { return {epoch_, moves_, moved_}; }
     void forgetMoves() { moved_ = false; }
 
   private:
@@ -47,5 +51,6 @@ class PathOrder {
     PathDirItemInfo* last_ = nullptr;
     size_t added_ = 0;
     uint32_t epoch_ = 0;
+    uint32_t moves_ = 0;
     bool moved_ = false;
 };

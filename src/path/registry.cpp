@@ -30,18 +30,27 @@ const char* currentPathname = nullptr;
 
 const char* NameOrEmpty(const char* name) { return name != nullptr ? name : ""; }
 
+void DropEmptyRegistry() {
+    if (!registry->paths.empty()) return;
+    delete registry;
+    registry = nullptr;
+}
+
 void Register(PathMgr& path) {
     if (registry == nullptr) registry = new Registry;
-    registry->paths[path.name.get()] = &path;
+    try {
+        registry->paths[path.name.get()] = &path;
+    } catch (...) {
+        DropEmptyRegistry();
+        throw;
+    }
 }
 
 void Unregister(const PathMgr& path) {
     if (registry == nullptr) return;
     const auto entry = registry->paths.find(path.name.get());
     if (entry != registry->paths.end() && entry->second == &path) registry->paths.erase(entry);
-    if (!registry->paths.empty()) return;
-    delete registry;
-    registry = nullptr;
+    DropEmptyRegistry();
 }
 
 vpPath CreatePath(const char* name, const char* preFrozen, vpCaseSensitivity caseRule,

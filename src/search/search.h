@@ -46,6 +46,13 @@ class vpSearch : public HkAllocated {
     // The answer at the end: the path's null directory.
     Match nothing() const;
 
+    // Callbacks may call back in, with the very search that asks them: such a call finds nothing,
+    // and a search ended there ends when the outer call is done.
+    bool isBusy() const { return busy_; }
+    void setBusy(bool busy) { busy_ = busy; }
+    bool endsAfterCall() const { return endsAfterCall_; }
+    void endAfterCall() { endsAfterCall_ = true; }
+
   private:
     enum class State : uint8_t {
         kActive,
@@ -68,6 +75,8 @@ class vpSearch : public HkAllocated {
     bool verifies_;
     bool caseSensitive_;
     State state_ = State::kActive;
+    bool busy_ = false;
+    bool endsAfterCall_ = false;
     NameRecordRef record_;
 
     // The iterators in the order in which they are asked; those that the scope has.

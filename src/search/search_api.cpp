@@ -1,5 +1,6 @@
 // The exported calls on searches.
 #include <cstring>
+#include <utility>
 
 #include <vpath/search.h>
 
@@ -39,15 +40,10 @@ SearchRequest VisibleRequest(PathMgr& path, PathAllDirItemInfo& from, const Ques
                         : RequestIn(path, from, SearchScope::kVisible, question);
 }
 
-// The directory of a full name; the null directory when it is null, empty or unknown.
-PathAllDirItemInfo& DirectoryOrNull(PathMgr& path, const char* dirName) {
-    PathAllDirItemInfo* const found = FindDirectoryByName(path, dirName);
-    return found != nullptr ? *found : *path.nullDir;
-}
-
-PathAllDirItemInfo& DirectoryOfFileOrNull(PathMgr& path, const char* fileName) {
-    PathAllDirItemInfo* const found = FindDirectoryOfFile(path, fileName);
-    return found != nullptr ? *found : *path.nullDir;
+// Where code lies whose directory was looked up: in no directory when that is unknown. Null when
+// the path has gone, which a message of the look-up may have caused.
+PathAllDirItemInfo* PlaceOf(const PathMgr& path, PathAllDirItemInfo* found) {
+    return found != nullptr ? found : path.nullDir;
 }
 
 vpSearch* OpenOnPath(const vpPath& path, SearchScope scope, const Question& question) {
@@ -79,7 +75,13 @@ template <class Find>
 unsigned int Answer(vpSearch* search, vpDir* dirOut, char* nameOut, Find find) {
     if (search == nullptr) return 0;
     if (nameOut != nullptr) *nameOut = '\0';
-    const vpSearch::Match match = Guarded(search->nothing(), [&] { return find(*search); });
+    vpSearch::Match match = search->nothing();
+    if (!search->isBusy()) {
+        search->setBusy(true);
+        match = Guarded(search->nothing(), [&] { return find(*search); });
+        search->setBusy(false);
+        if (search->endsAfterCall()) delete search;
+    }
     if (nameOut != nullptr && match.result == 0) *nameOut = '\0';
     if (dirOut != nullptr) *dirOut = match.directory;
     return match.result;
@@ -167,9 +169,10 @@ vpSearch* vpCreateDirnameVisibleSearchIterator(vpPath path, const char* dirName,
                                                vpCaseSensitivity cs) {
     PathMgr* const live = LivePath(path);
     if (live == nullptr) return nullptr;
-    return Guarded<vpSearch*>(nullptr, [&] {
-        return OpenSearch(
-            VisibleRequest(*live, DirectoryOrNull(*live, dirName), {name, exts, rc, cs}));
+    return Guarded<vpSearch*>(nullptr, [&]() -> vpSearch* {
+        PathAllDirItemInfo* const from = PlaceOf(*live, FindDirectoryByName(*live, dirName));
+        if (from == nullptr) return nullptr;
+        return OpenSearch(VisibleRequest(*live, *from, {name, exts, rc, cs}));
     });
 }
 
@@ -183,9 +186,10 @@ vpSearch* vpCreateFilenameVisibleSearchIterator(vpPath path, const char* fileNam
                                                 vpCaseSensitivity cs) {
     PathMgr* const live = LivePath(path);
     if (live == nullptr) return nullptr;
-    return Guarded<vpSearch*>(nullptr, [&] {
-        return OpenSearch(
-            VisibleRequest(*live, DirectoryOfFileOrNull(*live, fileName), {name, exts, rc, cs}));
+    return Guarded<vpSearch*>(nullptr, [&]() -> vpSearch* {
+        PathAllDirItemInfo* const from = PlaceOf(*live, FindDirectoryOfFile(*live, fileName));
+        if (from == nullptr) return nullptr;
+        return OpenSearch(VisibleRequest(*live, *from, {name, exts, rc, cs}));
     });
 }
 
@@ -219,8 +223,13 @@ unsigned int vpFindNextDir(vpSearch* search, vpDir* dirOut) {
 }
 
 void vpDestroySearch(vpSearch** search) {
-    delete *search;
-    *search = nullptr;
+    vpSearch* const ended = std::exchange(*search, nullptr);
+    if (ended == nullptr) return;
+    if (ended->isBusy()) {
+        ended->endAfterCall();
+    } else {
+        delete ended;
+    }
 }
 
 unsigned int vpFindFirstFileInAll(vpPath path, const char* name, const char** exts, vpReadCheck rc,
@@ -250,8 +259,9 @@ unsigned int vpFindFirstFileVisibleToFile(vpPath path, const char* fileName, con
     PathMgr* const live = LivePath(path);
     if (live == nullptr) return 0;
     return Guarded(0U, [&] {
-        return AnswerFirst(VisibleRequest(*live, DirectoryOfFileOrNull(*live, fileName),
-                                          {name, exts, rc, vpCaseOfPath}),
-                           dirOut, nameOut);
+        PathAllDirItemInfo* const from = PlaceOf(*live, FindDirectoryOfFile(*live, fileName));
+        if (from == nullptr) return 0U;
+        return AnswerFirst(VisibleRequest(*live, *from, {name, exts, rc, vpCaseOfPath}), dirOut,
+                           nameOut);
     });
 }
