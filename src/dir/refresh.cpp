@@ -145,7 +145,6 @@ void UnfreezeDirectory(PathAllDirItemInfo& directory) {
 }
 
 void RevalidateRelativeDirectory(PathDirItemInfo& directory) {
-    if (directory.loadState == PathAllDirItemInfo::kNeverRead) return;
     if (directory.hasDirFlag(PathAllDirItemInfo::kReading)) {
         // What it holds so far is another directory's: the next refresh reads all of it.
         for (PathAllDirItemInfo* at = &directory; at != nullptr; at = NextInTree(*at, directory)) {
@@ -154,6 +153,7 @@ void RevalidateRelativeDirectory(PathDirItemInfo& directory) {
         }
         return;
     }
+    if (directory.loadState == PathAllDirItemInfo::kNeverRead) return;
     const DirRef hold(&directory);
     const vpPath whileRevalidating(directory.owner);
     directory.changeCount = 1;
