@@ -1,0 +1,116 @@
+#include "vpath_posix/posix_host.h"
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <cstring>
+#include <memory>
+#include <new>
+#include <string>
+#include <vector>
+
+#include <hostkit/hostkit.h>
+
+namespace {
+
+constexpr unsigned int kDirectoryWord = 0x4000;
+constexpr unsigned int kFileWord = 0x8000;
+
+struct CloseDirectory {
+    void operator()(DIR* dir) const { closedir(dir); }
+};
+
+struct Entry {
+    size_t offset;  // of the name in Listing::names
+    unsigned int word;
+};
+
+struct Listing {
+    std::string names;  // one after another, each ended by a NUL
+    std::vector<Entry> entries;
+
+    const char* nameOf(const Entry& entry) const { return names.data() + entry.offset; }
+};
+
+unsigned int WordOf(DIR* dir, const dirent& entry) {
+    switch (entry.d_type) {
+        case DT_DIR:
+            return kDirectoryWord;
+        case DT_REG:
+            return kFileWord;
+        case DT_LNK:
+        case DT_UNKNOWN:
+            break;
+        default:
+            return 0;
+    }
+    struct stat status;
+    if (fstatat(dirfd(dir), entry.d_name, &status, 0) != 0) return 0;
+    if (S_ISDIR(status.st_mode)) return kDirectoryWord;
+    return S_ISREG(status.st_mode) ? kFileWord : 0;
+}
+
+// An error of readdir ends the listing like its end does: the directory is gone, or as good as.
+Listing ReadEntries(DIR* dir) {
+    Listing listing;
+    while (const dirent* entry = readdir(dir)) {
+        if (entry->d_name[0] == '.') continue;
+        listing.entries.push_back({listing.names.size(), WordOf(dir, *entry)});
+        listing.names.append(entry->d_name, std::strlen(entry->d_name) + 1);
+    }
+    return listing;
+}
+
+void SortEntries(Listing& listing) {
+    // strcmp compares as unsigned char.
+    const auto before = [&](const Entry& a, const Entry& b) {
+        return std::strcmp(listing.nameOf(a), listing.nameOf(b)) < 0;
+    };
+    const auto same = [&](const Entry& a, const Entry& b) {
+        return std::strcmp(listing.nameOf(a), listing.nameOf(b)) == 0;
+    };
+    std::vector<Entry>& entries = listing.entries;
+    std::sort(entries.begin(), entries.end(), before);
+    // A directory that changes while it is read may give a name twice.
+    entries.erase(std::unique(entries.begin(), entries.end(), same), entries.end());
+}
+
+void* Allocate(size_t size) {
+    void* block = hkMalloc(size);
+    hkOutOfMemoryCheck(block);
+    return block;
+}
+
+char* HandOver(const Listing& listing, unsigned int** words) {
+    char* names = static_cast<char*>(Allocate(listing.names.size() + 1));
+    auto* word =
+        static_cast<unsigned int*>(Allocate(listing.entries.size() * sizeof(unsigned int)));
+    *words = word;
+    char* end = names;
+    for (const Entry& entry : listing.entries) {
+        end = stpcpy(end, listing.nameOf(entry)) + 1;
+        *word++ = entry.word;
+    }
+    *end = '\0';
+    return names;
+}
+
+}  // namespace
+
+char* vpPosixListDirectory(vpPath, const char* dirName, unsigned int** words) {
+    *words = nullptr;
+    if (dirName == nullptr) return nullptr;
+    const std::unique_ptr<DIR, CloseDirectory> dir(opendir(dirName));
+    if (dir == nullptr) return nullptr;
+    try {
+        Listing listing = ReadEntries(dir.get());
+        if (listing.entries.empty()) return nullptr;
+        SortEntries(listing);
+        return HandOver(listing, words);
+    } catch (const std::bad_alloc&) {
+        hkOutOfMemoryCheck(nullptr);
+        return nullptr;
+    }
+}

@@ -1,0 +1,36 @@
+// What the commands share, and the list of them.
+#pragma once
+
+#include <functional>
+#include <optional>
+
+#include "exit_status.h"
+#include "loaded_path.h"
+#include "path_options.h"
+
+namespace CLI {
+class App;
+}
+
+// The path that a command works on. It is loaded when it is first asked for.
+class Context {
+  public:
+    PathOptions options;
+
+    const LoadedPath& loaded() {
+        if (!loaded_) loaded_ = LoadPath(options);
+        return *loaded_;
+    }
+    bool isLoaded() const { return loaded_.has_value(); }
+
+  private:
+    std::optional<LoadedPath> loaded_;
+};
+
+struct Command {
+    CLI::App* app;  // tells whether the command was given
+    std::function<ExitStatus(Context&)> run;
+};
+
+// Each adds a command with its options to `app`.
+Command AddWhichCommand(CLI::App& app);

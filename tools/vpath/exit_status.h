@@ -1,0 +1,15 @@
+#pragma once
+
+#include <stdexcept>
+
+enum ExitStatus : int {
+    kExitFound = 0,
+    kExitNotFound = 1,  // some of what was asked for
+    kExitFailure = 2,   // wrong usage, or input or output that failed
+};
+
+// Ends the command with kExitFailure. The text is one line that says what to do about it.
+class CommandError : public std::runtime_error {
+  public:
+    using std::runtime_error::runtime_error;
+};

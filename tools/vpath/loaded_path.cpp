@@ -1,0 +1,109 @@
+#include "loaded_path.h"
+
+#include <malloc.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <chrono>
+#include <cstring>
+#include <fstream>
+#include <vector>
+
+#include "exit_status.h"
+#include "path_names.h"
+#include "progress.h"
+#include "tree_adder.h"
+
+namespace {
+
+size_t HeapBytesInUse() {
+    const struct mallinfo2 info = mallinfo2();
+    return info.uordblks + info.hblkhd;
+}
+
+std::string WithReason(const std::string& subject) { return subject + ": " + std::strerror(errno); }
+
+// Adds each line as a path list of its own. Empty lines and those that begin with '#' say nothing.
+void AddListFile(const vpPath& path, const std::string& fileName, std::ifstream& file) {
+    std::string line;
+    for (int number = 1; std::getline(file, line); ++number) {
+        if (line.find('\0') != std::string::npos) {
+            throw CommandError("--path-file " + fileName + ": NUL byte in line " +
+                               std::to_string(number) + "; give a text file of directory names");
+        }
+        if (line.empty() || line[0] == '#') continue;
+        vpAddDirsString(path, line.c_str(), vpAddAtEnd);
+    }
+    if (file.bad()) throw CommandError(WithReason("--path-file " + fileName));
+}
+
+std::ifstream OpenListFile(const std::string& name) {
+    std::ifstream file(name, std::ios::binary);
+    if (!file) throw CommandError(WithReason("--path-file " + name) + "; name a readable file");
+    struct stat status;
+    if (stat(name.c_str(), &status) == 0 && S_ISDIR(status.st_mode)) {
+        throw CommandError("--path-file " + name + ": a directory; to add it, use --path");
+    }
+    return file;
+}
+
+std::string TreeRoot(const std::string& name) {
+    const auto root = FullDirName(name);
+    if (!root) {
+        throw CommandError("--recursive " + name + ": no such directory; name one that exists");
+    }
+    return *root;
+}
+
+void AddSources(const vpPath& path, const PathOptions& options,
+                std::vector<std::ifstream>& listFiles) {
+    Progress progress;
+    TreeAdder trees(path, options.ignoreCase);
+    const ListingObservation observation(
+        [&](const char* dirName, const char* names, const unsigned int* words) {
+            progress.countDirectory();
+            trees.onListing(dirName, names, words);
+        });
+    auto listFile = listFiles.begin();
+    for (const PathSource& source : options.sources) {
+        switch (source.kind) {
+            case PathSource::kList:
+                vpAddDirsString(path, source.text.c_str(), vpAddAtEnd);
+                break;
+            case PathSource::kListFile:
+                AddListFile(path, source.text, *listFile++);
+                break;
+            case PathSource::kTree:
+                trees.add(TreeRoot(source.text));
+                break;
+        }
+    }
+}
+
+}  // namespace
+
+LoadedPath LoadPath(const PathOptions& options) {
+    // These names are relative to where the command was started, all others to --cwd.
+    std::vector<std::ifstream> listFiles;
+    for (const PathSource& source : options.sources) {
+        if (source.kind == PathSource::kListFile) listFiles.push_back(OpenListFile(source.text));
+    }
+    if (!options.currentDirectory.empty() && chdir(options.currentDirectory.c_str()) != 0) {
+        throw CommandError(WithReason("--cwd " + options.currentDirectory) +
+                           "; name a directory that can be entered");
+    }
+
+    InstallHost();
+    const auto start = std::chrono::steady_clock::now();
+    const size_t bytesBefore = HeapBytesInUse();
+    const vpPath path = vpCreatePathWithPreFrozen(
+        0, "vpath", /*preFrozen=*/nullptr, options.ignoreCase ? vpCaseInsensitive : vpCaseSensitive,
+        /*suppressChangeNotify=*/true);
+    AddSources(path, options, listFiles);
+
+    const size_t bytesAfter = HeapBytesInUse();
+    const std::chrono::duration<double> elapsed = std::chrono::steady_clock::now() - start;
+    return {path, elapsed.count(), bytesAfter > bytesBefore ? bytesAfter - bytesBefore : 0,
+            HostCalls()};
+}

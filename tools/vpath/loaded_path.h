@@ -1,0 +1,21 @@
+// A path as the options describe it, and what loading it took.
+#pragma once
+
+#include <cstddef>
+
+#include <vpath/path.h>
+
+#include "host_calls.h"
+#include "path_options.h"
+
+struct LoadedPath {
+    vpPath path;
+    double loadSeconds;
+    size_t loadedBytes;    // of heap memory, more after the load than before
+    CallCounts loadCalls;  // the callbacks that the load made
+};
+
+// Goes to the path's current directory, then creates the path and adds the sources to it. What the
+// path refuses is said on standard error and left out. Throws CommandError when a directory or
+// file that an option names cannot be used. To be called once in a process.
+LoadedPath LoadPath(const PathOptions& options);

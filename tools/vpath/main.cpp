@@ -1,0 +1,109 @@
+// vpath: loads a search path over real directories and answers from it.
+#include <algorithm>
+#include <csignal>
+#include <exception>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <vpath/path.h>
+#include <CLI/CLI.hpp>
+
+#include "command.h"
+#include "console.h"
+#include "stats.h"
+
+namespace {
+
+class HelpFormatter : public CLI::Formatter {
+  public:
+    HelpFormatter() {
+        label("SUBCOMMAND", "COMMAND ...");
+        label("Positionals", "Arguments");
+        column_width(24);
+    }
+    std::string make_help(const CLI::App* app, std::string name,
+                          CLI::AppFormatMode mode) const override {
+        std::string help = CLI::Formatter::make_help(app, std::move(name), mode);
+        help = CLI::detail::find_and_replace(help, "[COMMAND ...]", "COMMAND ...");
+        return CLI::detail::find_and_replace(help, "\n\n\n", "\n\n");
+    }
+    std::string make_option_usage(const CLI::Option* option) const override {
+        return option->get_name(/*positional=*/true) + option->get_option_text();
+    }
+};
+
+ExitStatus Run(const std::vector<Command>& commands, Context& context) {
+    for (const Command& command : commands) {
+        if (!command.app->parsed()) continue;
+        const ExitStatus status = command.run(context);
+        FlushOutput();
+        if (context.options.stats && context.isLoaded()) PrintStats(context.loaded());
+        return status;
+    }
+    throw CommandError("no command; run 'vpath --help'");
+}
+
+// The arguments as CLI11 takes them, last one first. It would take the argument that follows
+// "--option=", as scripts write with an empty variable, for the value.
+std::vector<std::string> Arguments(int argc, char** argv) {
+    std::vector<std::string> arguments;
+    bool options = true;
+    for (int i = 1; i < argc; ++i) {
+        std::string argument = argv[i];
+        options = options && argument != "--";
+        const size_t equals = argument.find('=');
+        if (options && argument.starts_with("--") && equals + 1 == argument.size()) {
+            argument.pop_back();
+            arguments.push_back(argument);
+            arguments.emplace_back();
+        } else {
+            arguments.push_back(argument);
+        }
+    }
+    std::reverse(arguments.begin(), arguments.end());
+    return arguments;
+}
+
+ExitStatus ParseAndRun(int argc, char** argv) {
+    Context context;
+    CLI::App app("Finds names on a search path of directories.", "vpath");
+    app.formatter(std::make_shared<HelpFormatter>());
+    app.footer(
+        "Exit status: 0 all found, 1 some not found, 2 wrong usage or failed I/O.\n"
+        "Example:\n  vpath --path /w/lib:/w/tools --ext v,p which foo");
+    app.set_help_flag("-h,--help", "print this help");
+    app.set_version_flag("--version", std::string("vpath ") + libvpath_version,
+                         "print the version");
+    app.require_subcommand(/*min=*/0, /*max=*/1);  // Run tells of a missing one
+    AddPathOptions(app, context.options);
+    const std::vector<Command> commands = {AddWhichCommand(app)};
+    try {
+        app.parse(Arguments(argc, argv));
+        return Run(commands, context);
+    } catch (const CLI::CallForHelp&) {
+        Print(app.help());
+    } catch (const CLI::CallForVersion& version) {
+        PrintLine(version.what());
+    } catch (const CLI::ParseError& error) {
+        throw CommandError(std::string(error.what()) + "; run 'vpath --help'");
+    }
+    FlushOutput();
+    return kExitFound;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    // A closed pipe shows as a failed write instead.
+    std::signal(SIGPIPE, SIG_IGN);
+    try {
+        return ParseAndRun(argc, argv);
+    } catch (const OutputClosed&) {
+        return kExitFound;
+    } catch (const std::exception& error) {
+        Complain(error.what());
+        return kExitFailure;
+    }
+}

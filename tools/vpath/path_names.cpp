@@ -1,0 +1,56 @@
+#include "path_names.h"
+
+#include <vpath/pathname.h>
+
+namespace {
+
+std::string NameOfDir(const vpDir& dir) {
+    std::string name(static_cast<size_t>(vpGetDirNameLen(dir)) + 1, '\0');
+    vpGetDirName(dir, name.data());
+    name.pop_back();
+    return name;
+}
+
+}  // namespace
+
+std::optional<std::string> FullDirName(const std::string& name) {
+    char* normalized = nullptr;
+    const char* failure = vpNormalizeDirName(name.c_str(), true, 0, nullptr, &normalized);
+    if (failure != nullptr || normalized == nullptr) return std::nullopt;
+    const std::string dirName = normalized;
+    vpFreeNormalizedDirName(normalized);
+    if (vpIsAbsolutePath(dirName.c_str())) return dirName;
+
+    char full[kNameRoom];
+    if (vpFullPath(full, dirName.c_str(), sizeof full) == nullptr) return std::nullopt;
+    return full;
+}
+
+vpDir FindDir(const vpPath& path, const std::string& name) {
+    vpDir found = vpFindDirFullName(path, name.c_str());
+    const auto fullName = FullDirName(name);
+    if (vpGetDirType(found) != vpDirTypeNone || !fullName) return found;
+    found = vpFindDirFullName(path, fullName->c_str());
+    vpDir dir = vpGetNullDir(path);
+    while (vpGetDirType(found) == vpDirTypeNone) {
+        dir = vpGetNextPathDir(dir);
+        if (vpGetDirType(dir) == vpDirTypeNone) break;
+        if (vpIsAbsoluteDir(dir)) continue;
+        const std::string relativeName = NameOfDir(dir);
+        const auto start = FullDirName(relativeName);
+        if (!start || fullName->compare(0, start->size(), *start) != 0) continue;
+        const std::string rest = fullName->substr(start->size());
+        if (!rest.empty() && rest[0] != '/') continue;
+        found = vpFindDirFullName(path, (relativeName + rest).c_str());
+    }
+    return found;
+}
+
+std::string FullFileName(const char* found) {
+    if (vpIsAbsolutePath(found)) return found;
+    const std::string name = found;
+    const size_t slash = name.rfind('/');
+    // The file itself need not exist: links may dangle.
+    const auto dirName = FullDirName(slash == std::string::npos ? "." : name.substr(0, slash));
+    return dirName ? *dirName + "/" + name.substr(slash + 1) : name;
+}

@@ -1,0 +1,27 @@
+// The options that say which path a command works on. They are the same for every command.
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace CLI {
+class App;
+}
+
+struct PathSource {
+    enum Kind { kList, kListFile, kTree };
+    Kind kind;
+    std::string text;  // a path string, the name of a file of them, the directory above the tree
+};
+
+struct PathOptions {
+    std::vector<PathSource> sources;  // in the order written
+    std::string currentDirectory;     // empty: the process's
+    std::vector<std::string> extensions;
+    bool anyExtension = true;
+    bool ignoreCase = false;
+    bool stats = false;
+};
+
+// The options write to `options`, which must outlive the parse.
+void AddPathOptions(CLI::App& app, PathOptions& options);

@@ -1,0 +1,185 @@
+// vpath which: the files that a name stands for, in order of precedence.
+#include <climits>
+#include <memory>
+#include <string>
+#include <unordered_set>
+#include <vector>
+
+#include <vpath/path.h>
+#include <vpath/search.h>
+#include <CLI/CLI.hpp>
+
+#include "command.h"
+#include "console.h"
+#include "path_names.h"
+
+namespace {
+
+struct WhichOptions {
+    std::vector<std::string> names;
+    bool all = false;
+    bool verify = false;
+    std::string fromDir;
+    std::string fromFile;
+};
+
+struct DestroySearch {
+    void operator()(vpSearch* search) const { vpDestroySearch(&search); }
+};
+using Search = std::unique_ptr<vpSearch, DestroySearch>;
+
+// How every name is asked for.
+class Query {
+  public:
+    Query(const vpPath& path, const vpDir& from, vpReadCheck readCheck,
+          const std::vector<std::string>* extensions)
+        : path_(path), from_(from), readCheck_(readCheck) {
+        if (extensions == nullptr) return;
+        for (const std::string& extension : *extensions) extensions_.push_back(extension.c_str());
+        extensions_.push_back(nullptr);
+    }
+
+    bool filtersExtensions() const { return !extensions_.empty(); }
+
+    Search search(const std::string& name) { return open(name, extensionList(), vpCaseOfPath); }
+
+    // First matches under looser rules, "" for none.
+    std::string firstOfAnyExtension(const std::string& name) {
+        return first(open(name, nullptr, vpCaseOfPath));
+    }
+    std::string firstOfAnyCase(const std::string& name) {
+        return first(open(name, extensionList(), vpCaseInsensitive));
+    }
+    std::string firstPrivate(const std::string& name) {
+        const std::string inside = "private/" + name;
+        if (inside.size() > PATH_MAX) return "";
+        return first(Search(vpCreateAllSearch(path_, inside.c_str(), extensionList(), readCheck_)));
+    }
+
+  private:
+    const char** extensionList() { return extensions_.empty() ? nullptr : extensions_.data(); }
+
+    Search open(const std::string& name, const char** extensions, vpCaseSensitivity caseRule) {
+        if (vpGetDirType(from_) == vpDirTypeNone) {
+            return Search(vpCreateDirnameVisibleSearchIterator(
+                path_, /*dirName=*/nullptr, name.c_str(), extensions, readCheck_, caseRule));
+        }
+        return Search(
+            vpCreateVisibleSearchIterator(from_, name.c_str(), extensions, readCheck_, caseRule));
+    }
+
+    static std::string first(const Search& search) {
+        char file[kNameRoom];
+        return vpFindNextFile(search.get(), nullptr, file) == 0 ? "" : FullFileName(file);
+    }
+
+    const vpPath path_;
+    const vpDir from_;  // null: nowhere in particular
+    const vpReadCheck readCheck_;
+    std::vector<const char*> extensions_;  // ended by null; empty: any
+};
+
+std::string DirectoryOfFile(const std::string& fileName) {
+    const size_t slash = fileName.rfind('/');
+    if (slash == std::string::npos) return ".";
+    return fileName.substr(0, slash == 0 ? 1 : slash);
+}
+
+// The directory from which to look; the null directory when none is given.
+vpDir StartDirectory(const vpPath& path, const WhichOptions& options) {
+    const bool fromFile = options.fromDir.empty();
+    if (fromFile && options.fromFile.empty()) return vpGetNullDir(path);
+
+    const std::string dirName = fromFile ? DirectoryOfFile(options.fromFile) : options.fromDir;
+    const vpDir dir = FindDir(path, dirName);
+    if (vpGetDirType(dir) == vpDirTypeNone) {
+        throw CommandError((fromFile ? "--from-file " + options.fromFile : "--from " + dirName) +
+                           ": not a directory of the path; add it with --path");
+    }
+    return dir;
+}
+
+// Why a name was not found, as far as a looser question tells, and what would find it.
+std::string Explain(const std::string& name, Query& query, const Context& context) {
+    std::string found;
+    if (query.filtersExtensions() && !(found = query.firstOfAnyExtension(name)).empty()) {
+        return found + " has another extension; list it in --ext";
+    }
+    if (!context.options.ignoreCase && !(found = query.firstOfAnyCase(name)).empty()) {
+        return found + " differs in case; use --ignore-case";
+    }
+    if (!(found = query.firstPrivate(name)).empty()) {
+        return found + " is private; ask --from its directory";
+    }
+    if (context.options.sources.empty()) {
+        return "only the current directory was searched; add others with --path";
+    }
+    return "add its directory with --path";
+}
+
+// Prints the first match, or all; whether there was one.
+bool Answer(const std::string& name, bool all, Query& query) {
+    const Search search = query.search(name);
+    char file[kNameRoom];
+    // The current directory may be on the path as well; a file is then found twice.
+    std::unordered_set<std::string> printed;
+    while (vpFindNextFile(search.get(), nullptr, file) != 0) {
+        const auto [line, isNew] = printed.insert(FullFileName(file));
+        if (isNew) PrintLine(*line);
+        if (!all) break;
+    }
+    return !printed.empty();
+}
+
+ExitStatus RunWhich(const WhichOptions& options, Context& context) {
+    for (const std::string& name : options.names) {
+        if (name.empty()) throw CommandError("an empty NAME; give the name of a file");
+        if (name.size() > PATH_MAX) {
+            throw CommandError("a NAME of more than " + std::to_string(PATH_MAX) +
+                               " characters; no file can have it");
+        }
+    }
+    const vpPath path = context.loaded().path;
+    Query query(path, StartDirectory(path, options),
+                options.verify ? vpReadCheckVerify : vpReadCheckSkip,
+                context.options.anyExtension ? nullptr : &context.options.extensions);
+    ExitStatus status = kExitFound;
+    for (const std::string& name : options.names) {
+        if (Answer(name, options.all, query)) continue;
+        FlushOutput();  // answers and complaints come in the order of the names
+        Complain(name + ": not found on the path; " + Explain(name, query, context));
+        status = kExitNotFound;
+    }
+    return status;
+}
+
+}  // namespace
+
+Command AddWhichCommand(CLI::App& app) {
+    const auto options = std::make_shared<WhichOptions>();
+    CLI::App* which = app.add_subcommand("which", "Print the file that each NAME stands for");
+    which->group("Commands");
+    which->fallthrough();
+    which->footer(
+        "Example: where foo comes from for code in /w/lib, and what it hides\n"
+        "  vpath --path /w/lib:/w/tools which -a --from /w/lib foo");
+    // Any number, but not CLI11's "unlimited": that would take '[a,b]' for two names.
+    constexpr int kManyNames = 1 << 28;
+    which
+        ->add_option("NAME", options->names,
+                     "file names; '+pkg/name', '@cls/name', 'private/name' too")
+        ->required()
+        ->expected(kManyNames, kManyNames)
+        ->allow_extra_args(false)
+        ->option_text("...")
+        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+    which->add_flag("-a,--all", options->all, "print all matches, in order of precedence");
+    which->add_flag("--verify", options->verify, "pass over files that cannot be read");
+    CLI::Option* fromDir = which->add_option("--from", options->fromDir,
+                                             "look from DIR: its private files come first");
+    CLI::Option* fromFile =
+        which->add_option("--from-file", options->fromFile, "look from the directory of FILE");
+    fromDir->option_text("DIR")->excludes(fromFile);
+    fromFile->option_text("FILE");
+    return {which, [options](Context& context) { return RunWhich(*options, context); }};
+}
