@@ -1,6 +1,7 @@
 #include "dir/full_name.h"
 
 #include <cstring>
+#include <iterator>
 
 #include <vpath/path.h>
 
@@ -16,39 +17,31 @@ struct Component {
     std::string_view name;
     std::string_view dot;
     std::string_view extension;
+    bool whole = false;
 
-    size_t length() const { return mark.size() + name.size() + dot.size() + extension.size(); }
+    bool empty() const { return mark.empty() && name.empty() && dot.empty(); }
     char last() const {
-        if (!extension.empty()) return extension.back();
-        if (!dot.empty()) return '.';
-        return name.empty() ? (mark.empty() ? '\0' : mark.back()) : name.back();
-    }
-    void dropFirst() {
-        if (!mark.empty()) {
-            mark = {};
-        } else {
-            name.remove_prefix(1);
+        for (const std::string_view piece : {extension, dot, name, mark}) {
+            if (!piece.empty()) return piece.back();
         }
+        return '\0';
     }
-    bool beginsWithSlash() const { return mark.empty() && !name.empty() && name.front() == '/'; }
+    void dropLeadingSlash() {
+        if (mark.empty() && !name.empty() && name.front() == '/') name.remove_prefix(1);
+    }
 };
 
-// The directory whose name is whole, or null when `item` only adds to its parent's.
-const char* WholeName(const PathItemInfo& item) {
-    auto* const directory = const_cast<PathItemInfo&>(item).asDirectory();
-    if (directory == nullptr) return nullptr;
-    if (directory->detachedName != nullptr) return directory->detachedName.get();
-    if (directory->dirKind != vpDirTypePath && directory->dirKind != vpDirTypeNone) return nullptr;
-    const char* const fullName = static_cast<const PathDirItemInfo*>(directory)->fullName.get();
-    return fullName != nullptr ? fullName : "";
-}
+Component WholeName(std::string_view name) { return {{}, name, {}, {}, true}; }
 
 Component ComponentOf(const PathItemInfo& item) {
-    Component component;
-    if (const char* const whole = WholeName(item)) {
-        component.name = whole;
-        return component;
+    auto* const directory = const_cast<PathItemInfo&>(item).asDirectory();
+    if (directory != nullptr) {
+        if (directory->detachedName != nullptr) return WholeName(directory->detachedName.get());
+        if (directory->dirKind == vpDirTypePath || directory->dirKind == vpDirTypeNone) {
+            return WholeName(static_cast<const PathDirItemInfo*>(directory)->fullNameView());
+        }
     }
+    Component component;
     switch (item.mark()) {
         case '@':
             component.mark = "@";
@@ -76,11 +69,11 @@ void TakeFromEnd(const PathItemInfo& item, Take take) {
     const PathItemInfo* at = &item;
     Component component = ComponentOf(*at);
     while (true) {
-        const bool whole = at->parent == nullptr || WholeName(*at) != nullptr;
         Component above;
+        const bool whole = component.whole || at->parent == nullptr;
         if (!whole) above = ComponentOf(*at->parent);
-        const bool joined = !whole && above.length() != 0;
-        if (joined && component.beginsWithSlash()) component.dropFirst();
+        const bool joined = !above.empty();
+        if (joined) component.dropLeadingSlash();
         take(component.extension);
         take(component.dot);
         take(component.name);
@@ -92,29 +85,59 @@ void TakeFromEnd(const PathItemInfo& item, Take take) {
     }
 }
 
+// The pieces of one full pathname, last piece first, gathered in one walk when they are few.
+class Pieces {
+  public:
+    explicit Pieces(const PathItemInfo& item) : item_(item) {
+        TakeFromEnd(item, [this](std::string_view piece) {
+            if (piece.empty()) return;
+            length_ += piece.size();
+            if (count_ < std::size(pieces_)) pieces_[count_] = piece;
+            ++count_;
+        });
+    }
+
+    size_t length() const { return length_; }
+
+    void write(char* to) const {
+        char* end = to + length_;
+        *end = '\0';
+        const auto put = [&end](std::string_view piece) {
+            if (piece.empty()) return;
+            end -= piece.size();
+            std::memcpy(end, piece.data(), piece.size());
+        };
+        if (count_ > std::size(pieces_)) {
+            TakeFromEnd(item_, put);
+            return;
+        }
+        for (size_t i = 0; i < count_; ++i) put(pieces_[i]);
+    }
+
+  private:
+    const PathItemInfo& item_;
+    size_t length_ = 0;
+    size_t count_ = 0;
+    std::string_view pieces_[16];
+};
+
 }  // namespace
 
-size_t FullNameLength(const PathItemInfo& item) {
-    size_t length = 0;
-    TakeFromEnd(item, [&length](std::string_view piece) { length += piece.size(); });
-    return length;
+size_t FullNameLength(const PathItemInfo& item) { return Pieces(item).length(); }
+
+size_t WriteFullName(const PathItemInfo& item, char* to) {
+    const Pieces pieces(item);
+    pieces.write(to);
+    return pieces.length();
 }
 
-void WriteFullName(const PathItemInfo& item, char* to, size_t length) {
-    char* end = to + length;
-    *end = '\0';
-    TakeFromEnd(item, [&end](std::string_view piece) {
-        if (piece.empty()) return;
-        end -= piece.size();
-        std::memcpy(end, piece.data(), piece.size());
-    });
-}
-
-FullName::FullName(const PathItemInfo& item) : length_(FullNameLength(item)) {
+FullName::FullName(const PathItemInfo& item) {
+    const Pieces pieces(item);
+    length_ = pieces.length();
     char* to = short_;
     if (length_ >= sizeof short_) {
         long_.reset(static_cast<char*>(AllocateOrFail(length_ + 1)));
         to = long_.get();
     }
-    WriteFullName(item, to, length_);
+    pieces.write(to);
 }

@@ -12,8 +12,8 @@ class PathItemInfo;
 // Bytes of the full pathname, without the NUL.
 size_t FullNameLength(const PathItemInfo& item);
 
-// Writes the full pathname of `length` bytes and a NUL.
-void WriteFullName(const PathItemInfo& item, char* to, size_t length);
+// Writes the full pathname and a NUL where there is room for it; its bytes, without the NUL.
+size_t WriteFullName(const PathItemInfo& item, char* to);
 
 // A full pathname in a buffer of its own: on the stack while it is short.
 class FullName {

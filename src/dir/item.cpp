@@ -13,7 +13,7 @@ PathItemInfo::PathItemInfo(PathAllDirItemInfo* container, bool kindConfirmed) : 
     if (container != nullptr && container == container->top) set(kInPathDirectory);
 }
 
-const char* PathItemInfo::name() const { return nameRecord->spelling(spellingIndex); }
+std::string_view PathItemInfo::name() const { return nameRecord->spellingView(spellingIndex); }
 
 PathDirItemInfo* PathItemInfo::topDir() const {
     if (parent != nullptr) return parent->top;
@@ -130,4 +130,4 @@ NameCategory PathSubDirItemInfo::category() const {
     return has(kInPathDirectory) ? NameCategory::kSubDirInPathDir : NameCategory::kSubDirElsewhere;
 }
 
-const char* PathSubDirItemInfo::getExtension() const { return std::strrchr(name(), '.'); }
+const char* PathSubDirItemInfo::getExtension() const { return std::strrchr(name().data(), '.'); }

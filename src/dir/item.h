@@ -69,7 +69,7 @@ class PathItemInfo : public HkAllocated {
 
     // The exact spelling: a file's without extension, a special directory's without its mark. Only
     // for items that have a name record.
-    const char* name() const;
+    std::string_view name() const;  // ends with a NUL
 
     bool has(Flags flag) const { return (itemFlags & flag) != 0; }
     void set(Flags flag) { itemFlags = static_cast<uint8_t>(itemFlags | flag); }

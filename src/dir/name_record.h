@@ -30,6 +30,7 @@ class PathNameInfo : public HkAllocated {
 
     // The spellings in order of first appearance; each ends with a NUL.
     const char* spelling(uint32_t index) const;
+    std::string_view spellingView(uint32_t index) const { return {spelling(index), keyLength_}; }
     uint32_t internSpelling(std::string_view text);
 
     // The list of a category, null while nothing was ever in it.

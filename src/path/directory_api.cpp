@@ -35,7 +35,7 @@ char* vpGetDirName(const vpDir& dir, char* buf) {
     if (buf == nullptr) return nullptr;
     const PathAllDirItemInfo* const target = dir.get();
     if (target == nullptr) return WriteText(buf, {});
-    WriteFullName(*target, buf, FullNameLength(*target));
+    WriteFullName(*target, buf);
     return buf;
 }
 

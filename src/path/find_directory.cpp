@@ -114,7 +114,17 @@ PathAllDirItemInfo* FindDirectory(PathMgr& path, std::string_view fullName) {
 
 PathAllDirItemInfo* FindNearestDirectory(PathMgr& path, std::string_view fullName) {
     PathAllDirItemInfo* const known = FindDirectory(path, fullName);
-    return known != nullptr ? known : FollowSpecial(path, fullName).directory;
+    if (known != nullptr) return known;
+    const Reached nearest = FollowSpecial(path, fullName);
+    if (nearest.directory == nullptr) return nullptr;
+    std::string_view unknown = fullName.substr(fullName.size() - nearest.remaining);
+    while (!unknown.empty()) {
+        const std::string_view component = LastComponent(unknown);
+        const bool marked = component.front() == '@' || component.front() == '+';
+        if (!marked && !SameName(component, "private", path.caseSensitive)) return nullptr;
+        unknown = DirectoryPart(unknown);
+    }
+    return nearest.directory;
 }
 
 PathAllDirItemInfo* FindDirectoryByName(PathMgr& path, const char* name) {

@@ -59,6 +59,11 @@ const char* vpNormalizeDirName(const char* name, bool stripListSeparators, int, 
     return nullptr;
 }
 
+bool IsNormalizedDirName(std::string_view name) {
+    if (name.empty() || name.front() == '~' || name.size() > size_t{kLongestDirName}) return false;
+    return name.back() != '/' || name.size() == 1;
+}
+
 void vpFreeNormalizedDirName(char* name) { hkFree(name); }
 
 int NormalizeDirNameOrReport(const char* name, bool stripListSeparators, char** outName) {

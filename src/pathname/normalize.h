@@ -1,7 +1,12 @@
 // Directory names from outside in the form in which the library keeps them.
 #pragma once
 
+#include <string_view>
+
 inline constexpr int kLongestDirName = 4096;
+
+// Whether vpNormalizeDirName, list separators kept, would leave the name as it is.
+bool IsNormalizedDirName(std::string_view name);
 
 // vpNormalizeDirName for directories that are added or looked up: a failure goes to the error
 // channel with the name. Answers the length; 0, and no string, after a failure. A string in

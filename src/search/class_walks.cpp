@@ -46,7 +46,7 @@ PathClassDirItemInfo* NextClass(const PathMgr& path, const PathAllDirItemInfo& d
 PathItemInfo* FirstOfClass(const PathMgr& path, PathItemInfo* candidate, const char* className) {
     while (candidate != nullptr &&
            (!candidate->has(PathItemInfo::kInPathDirectory) ||
-            CompareNames(candidate->name(), className, path.caseSensitive) != 0)) {
+            CompareNames(candidate->name().data(), className, path.caseSensitive) != 0)) {
         candidate = candidate->next;
     }
     return candidate;

@@ -3,9 +3,6 @@
 #include <cstring>
 #include <utility>
 
-#include <vpath/pathname.h>
-
-#include "base/reporting.h"
 #include "dir/full_name.h"
 #include "dir/path_dir_item.h"
 #include "path/path_mgr.h"
@@ -27,22 +24,9 @@ bool ResolveCase(vpCaseSensitivity rule, const PathMgr& path) {
     }
 }
 
-// Normalises the name of a request; false when it cannot be, which is reported.
-bool NormalizeSearchName(const char* name, NormalizedName& normalized, size_t& length) {
-    length = 0;
-    if (name == nullptr || *name == '\0') return true;
-    int normalizedLength = 0;
-    char* text = nullptr;
-    const char* const failure = vpNormalizeDirName(name, false, 0, &normalizedLength, &text);
-    normalized.reset(text);
-    length = static_cast<size_t>(normalizedLength);
-    if (failure != nullptr) ReportWarningAbout(failure, name);
-    return failure == nullptr;
-}
-
 }  // namespace
 
-vpSearch::vpSearch(const SearchRequest& request, SearchName name, bool outlivesCall)
+vpSearch::vpSearch(const SearchRequest& request, NormalizedSearchName name, bool outlivesCall)
     : path_(&request.path),
       start_(&request.start),
       name_(std::move(name)),
@@ -156,7 +140,7 @@ unsigned int vpSearch::test(char* nameOut) {
     if (result == 0 || !isInReach(holder)) return 0;
     const bool verifies = verifies_ && !holder.isFrozen();
     if (!verifies && name_.mark() == '\0' && name_.directory() == nullptr) {
-        if (nameOut != nullptr) WriteFullName(item, nameOut, FullNameLength(item));
+        if (nameOut != nullptr) WriteFullName(item, nameOut);
         return result;
     }
     const FullName fullName(item);
@@ -182,17 +166,15 @@ vpSearch::Match vpSearch::nothing() const {
 }
 
 vpSearch* OpenSearch(const SearchRequest& request) {
-    NormalizedName name;
-    size_t length = 0;
-    if (!NormalizeSearchName(request.name, name, length)) return nullptr;
-    return new vpSearch(request, SearchName(std::move(name), length), true);
+    NormalizedSearchName name;
+    if (!NormalizeSearchName(request.name, name)) return nullptr;
+    return new vpSearch(request, std::move(name), true);
 }
 
 bool FindFirstFile(const SearchRequest& request, char* nameOut, vpSearch::Match& match) {
-    NormalizedName name;
-    size_t length = 0;
-    if (!NormalizeSearchName(request.name, name, length)) return false;
-    vpSearch search(request, SearchName(std::move(name), length), false);
+    NormalizedSearchName name;
+    if (!NormalizeSearchName(request.name, name)) return false;
+    vpSearch search(request, std::move(name), false);
     match = search.findNextFile(nameOut);
     return true;
 }

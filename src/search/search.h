@@ -34,7 +34,7 @@ class vpSearch : public HkAllocated {
     };
 
     // `outlivesCall`: the extension list is copied.
-    vpSearch(const SearchRequest& request, SearchName name, bool outlivesCall);
+    vpSearch(const SearchRequest& request, NormalizedSearchName name, bool outlivesCall);
 
     // `nameOut` may be null; it is written only for a match.
     Match findNextFile(char* nameOut) { return find(kFindFiles, nameOut); }

@@ -3,18 +3,50 @@
 #include <cstring>
 #include <utility>
 
-SearchName::SearchName(NormalizedName text, size_t length) : text_(std::move(text)) {
-    if (length == 0) text_.reset();
-    if (text_ == nullptr) return;
-    cutExtension(length);
-    cutDirectory(std::strlen(text_.get()));
+#include "base/memory.h"
+#include "base/reporting.h"
+#include "pathname/normalize.h"
+#include "pathname/text.h"
+
+bool NormalizeSearchName(const char* name, NormalizedSearchName& normalized) {
+    const std::string_view given = TextOf(name);
+    if (given.empty()) return true;
+    if (IsNormalizedDirName(given)) {
+        normalized.text = name;
+        normalized.length = given.size();
+        return true;
+    }
+    int length = 0;
+    char* text = nullptr;
+    const char* const failure = vpNormalizeDirName(name, false, 0, &length, &text);
+    normalized.owned.reset(text);
+    normalized.length = static_cast<size_t>(length);
+    if (length > 0) normalized.text = text;
+    if (failure != nullptr) ReportWarningAbout(failure, name);
+    return failure == nullptr;
+}
+
+SearchName::SearchName(NormalizedSearchName normalized) {
+    if (normalized.text == nullptr) return;
+    char* const text = takeCopy(normalized);
+    cutExtension(text, normalized.length);
+    cutDirectory(text);
     if (*base_ == '@' || *base_ == '+') mark_ = *base_++;
     baseLength_ = std::strlen(base_);
 }
 
+char* SearchName::takeCopy(NormalizedSearchName& normalized) {
+    if (normalized.length < sizeof short_) {
+        std::memcpy(short_, normalized.text, normalized.length + 1);
+        return short_;
+    }
+    long_ = std::move(normalized.owned);
+    if (long_ == nullptr) long_.reset(DuplicateText({normalized.text, normalized.length}));
+    return long_.get();
+}
+
 // The first character of the whole name is neither the dot of an extension nor a separator.
-void SearchName::cutExtension(size_t length) {
-    char* const text = text_.get();
+void SearchName::cutExtension(char* text, size_t length) {
     for (size_t i = length - 1; i >= 1 && text[i] != '/'; --i) {
         if (text[i] != '.') continue;
         text[i] = '\0';
@@ -23,10 +55,9 @@ void SearchName::cutExtension(size_t length) {
     }
 }
 
-void SearchName::cutDirectory(size_t length) {
-    char* const text = text_.get();
+void SearchName::cutDirectory(char* text) {
     base_ = text;
-    for (size_t i = length; i-- > 1;) {
+    for (size_t i = std::strlen(text); i-- > 1;) {
         if (text[i] != '/') continue;
         if (separatorCount_++ != 0) continue;
         text[i] = '\0';

@@ -11,12 +11,23 @@
 
 #include "pathname/normalized_name.h"
 
+// The name of a search in normalised form: the caller's own text when there is nothing to change.
+struct NormalizedSearchName {
+    const char* text = nullptr;  // null asks for everything
+    size_t length = 0;
+    NormalizedName owned;
+};
+
+// False when the name cannot be normalised, which is reported.
+bool NormalizeSearchName(const char* name, NormalizedSearchName& normalized);
+
 class SearchName {
   public:
-    // Takes a normalised name; an empty one, or null, asks for everything.
-    SearchName(NormalizedName text, size_t length);
+    explicit SearchName(NormalizedSearchName normalized);
+    SearchName(const SearchName&) = delete;
+    SearchName& operator=(const SearchName&) = delete;
 
-    bool empty() const { return text_ == nullptr; }
+    bool empty() const { return base_ == nullptr; }
     const char* base() const { return base_; }
     size_t baseLength() const { return baseLength_; }
     char mark() const { return mark_; }                     // '@', '+' or 0
@@ -28,14 +39,16 @@ class SearchName {
     void joinExtension();
 
   private:
-    void cutExtension(size_t length);
-    void cutDirectory(size_t length);
+    char* takeCopy(NormalizedSearchName& normalized);
+    void cutExtension(char* text, size_t length);
+    void cutDirectory(char* text);
 
-    NormalizedName text_;
     char* base_ = nullptr;
     size_t baseLength_ = 0;
     char* extension_ = nullptr;
     const char* directory_ = nullptr;
     int separatorCount_ = 0;
     char mark_ = '\0';
+    NormalizedName long_;
+    char short_[128];  // the text, cut in place; in long_ when it is longer
 };

@@ -1,0 +1,70 @@
+// Adding directories to a new path and reading them, beside the callbacks alone. Each round is a
+// fresh process.
+#include <memory>
+#include <string>
+
+#include "measures.h"
+#include "support/generated_tree.h"
+#include "support/host_calls.h"
+#include "support/rounds.h"
+#include "support/tree_host.h"
+
+namespace {
+
+struct LoadCase {
+    explicit LoadCase(size_t directories)
+        : tree(TreeShape{.root = "load" + std::to_string(directories),
+                         .directories = directories,
+                         .privateDirectories = true}),
+          list(tree.pathString()) {
+        TreeHost::add(tree);
+        const vpPath path = NewPath(TreeHost::functions());
+        calls = Record(TreeHost::functions(), path, [&] { load(path); });
+        vpRemovePath(path);
+    }
+
+    void load(const vpPath& path) const { vpAddDirsString(path, list.c_str(), vpAddAtEnd); }
+
+    GeneratedTree tree;
+    std::string list;
+    HostCalls calls;
+};
+
+double PerFile(const LoadCase& loadCase, const std::function<void(const vpPath&)>& work) {
+    return InChild([&]() -> std::vector<double> {
+        const vpPath path = NewPath(TreeHost::functions());
+        return {Nanoseconds([&] { work(path); }) / static_cast<double>(loadCase.tree.fileCount())};
+    })[0];
+}
+
+Contender Library(std::string name, std::shared_ptr<LoadCase> loadCase) {
+    return {std::move(name), [loadCase] {
+                return PerFile(*loadCase, [&](const vpPath& path) { loadCase->load(path); });
+            }};
+}
+
+void RegisterLoad(size_t directories) {
+    RegisterMeasure({"load/" + std::to_string(directories), "ns/file", [directories] {
+                         const auto loadCase = std::make_shared<LoadCase>(directories);
+                         std::vector<Contender> contenders = {
+                             Library("library", loadCase),
+                             {"callbacks",
+                              [loadCase] {
+                                  return PerFile(*loadCase, [&](const vpPath& path) {
+                                      Replay(TreeHost::functions(), path, loadCase->calls);
+                                  });
+                              }},
+                         };
+                         if (directories > 1000) {
+                             contenders.push_back(
+                                 Library("at 1,000", std::make_shared<LoadCase>(1000)));
+                         }
+                         return contenders;
+                     }});
+}
+
+}  // namespace
+
+void RegisterLoadMeasures() {
+    for (const size_t directories : {10U, 100U, 1000U, 10000U}) RegisterLoad(directories);
+}
