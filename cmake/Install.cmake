@@ -7,6 +7,7 @@ install(TARGETS hostkit EXPORT hostkitTargets)
 install(TARGETS vpath_lib posix_host EXPORT vpathTargets)
 if(TARGET vpath)
     install(TARGETS vpath)
+    install(FILES docs/man/vpath.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
 endif()
 
 install(

@@ -447,6 +447,29 @@ VP_EXPORT vpRefreshPolicy vpNonNotifiedRemoteCWDRefreshPolicy(vpPath path, vpRef
 VP_EXPORT vpRefreshPolicy vpNonNotifiedRemotePathRefreshPolicy(vpPath path, vpRefreshPolicy policy);
 
 // ---------------------------------------------------------------------------------------------
+// Class files: a class is defined by a file `Name.v` or `Name.p` whose text declares it, or by the
+// file of its own name in a class directory `@Name`. `exts` (ended by null) lists the extensions
+// that count; of several files in one directory the one whose extension stands last in it is
+// preferred.
+
+// Whether the file of that full name declares a class. Called once for each file with the extension
+// v or p whose listing did not say; the answer is remembered until the directory is read again.
+using vpIsClassFcn = bool (*)(const char*);
+VP_EXPORT void vpSetIsClassFcn(vpIsClassFcn isClass);  // null removes it: undecided files are none
+
+// Whether a file, given by its full name, defines a class. Cost: the files of its directory.
+VP_EXPORT bool vpIsFileClassdef(vpPath path, const char* fileName);
+
+// Finds the file that defines `className` ("Name" or "pkg.sub.Name"): 1 or 0. Of a plain file and a
+// class directory's, the one earlier on the path; in one directory the plain file.
+VP_EXPORT int vpDoesClassFileExist(vpPath path, const char* className, const char** exts);
+
+// The same; on success writes the file's full name, cut to `dstSize` - 1 characters, into `dst`. A
+// relative one is completed, and left empty when the file is not there any more.
+VP_EXPORT bool vpGetClassFile(vpPath path, const char* className, char* dst, int dstSize,
+                              const char** exts);
+
+// ---------------------------------------------------------------------------------------------
 // The library itself
 
 extern "C" {
