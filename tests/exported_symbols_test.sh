@@ -1,0 +1,52 @@
+#!/bin/bash
+# libvpath.so shows what the public headers declare: nothing else, nothing less.
+#
+#   exported_symbols_test.sh LIBRARY HEADER_DIR
+set -euo pipefail
+export LC_ALL=C
+
+library=$1
+headers=$2
+status=0
+
+report() {  # TITLE NAMES: fails the test unless NAMES is empty
+    [ -n "$2" ] || return 0
+    printf '%s:\n%s\n' "$1" "$2"
+    status=1
+}
+
+# Declarations as one line each: comments and preprocessor lines gone, statements split at ';'.
+statements=$(cat "$headers"/*.h | sed -e 's,//.*,,' -e '/^ *#/d' | tr '\n{}' ' ;;' |
+    sed -e 's/  */ /g' | tr ';' '\n')
+functions=$(grep -oP 'VP_EXPORT\b[^(]*?\b\w+(?= ?\()' <<< "$statements" | grep -oP '\w+$')
+data=$(grep -oP 'VP_EXPORT extern [^()]*\b\K\w+(?= *$)' <<< "$statements")
+classes=$(grep -oP '\bclass VP_EXPORT \K\w+' <<< "$statements")
+declared=$(printf '%s\n' "$functions" "$data" | sort)
+
+# Demangled names of what is exported, without argument lists; overloads give a line each.
+exported=$(nm -DC --defined-only "$library" | cut -d ' ' -f 3- | sed -e 's/(.*//' | sort)
+plain=$(grep -v '::' <<< "$exported")
+members=$(grep '::' <<< "$exported" | uniq)
+
+# Compared as lists: an overload that only one side has shows too.
+report "exported, but not declared in a public header" \
+    "$(comm -23 <(echo "$plain") <(echo "$declared"))"
+report "declared in a public header, but not exported" \
+    "$(comm -13 <(echo "$plain") <(echo "$declared"))"
+
+report "exported, but no member of a public class" "$(
+    while read -r member; do
+        name=${member##*::}
+        name=${name#\~}
+        [[ $name != operator* ]] || name=operator
+        grep -qx -- "${member%%::*}" <<< "$classes" && grep -qw -- "$name" "$headers"/*.h ||
+            echo "$member"
+    done <<< "$members")"
+
+# The host's utility calls must stay replaceable, and the library known under its own name.
+dynamic=$(readelf -dW "$library")
+grep -q 'SONAME.*\[libvpath\.so\.1\]' <<< "$dynamic" || report "SONAME" "not libvpath.so.1"
+grep -q 'NEEDED.*\[libhostkit\.so\.1\]' <<< "$dynamic" || report "NEEDED" "no libhostkit.so.1"
+! grep -w 'SYMBOLIC' <<< "$dynamic" || report "FLAGS" "linked with -Bsymbolic"
+
+exit $status

@@ -1,0 +1,183 @@
+#include "support/path_test.h"
+
+namespace {
+
+class PathContents : public PathTest {};
+
+TEST_F(PathContents, OnlySuitableDirectoriesAreAdded) {
+    run("tree /\xff\xfe/ /x/\x01/ ; path - ; tryadd /\xff\xfe => /\xff\xfe ; tryadd /x/\x01 => "
+        "/x/\x01");
+    run(R"(
+tree /a/@c/sub/ /+p/@c/ /private/ /x/PRIVATE/ /x/@/ /x/+/ /x/privates/ /f rel/ /no/ /odd/ /odder/
+access /no 3 ; access /odd 0 ; access /odder 2 ; access /oddest 5 ; forget
+tryadd /a => /a
+calls => access /a|time /a|list /a|isdir /a/@c|time /a/@c|list /a/@c
+tryadd /+p/@c => warning: Method directories not allowed in VESPRA path: /+p/@c
+tryadd /+p => warning: Package directories not allowed in VESPRA path: /+p
+tryadd +p => warning: Package directories not allowed in VESPRA path: +p
+tryadd /private => warning: Private directories not allowed in VESPRA path: /private
+tryadd /a => warning: Duplicate directory name: /a
+# So far nobody was asked.
+calls =>
+tryadd /no => warning: Directory permission denied: /no
+tryadd /none => warning: Name is nonexistent or not a directory: /none
+tryadd /f => warning: Name is nonexistent or not a directory: /f
+tryadd /odd => warning: Directory access failure: /odd
+tryadd /odder => warning: Directory access failure: /odder
+tryadd /oddest => warning: Directory access failure: /oddest
+calls => access /no|access /none|access /f|access /odd|access /odder|access /oddest
+# Judged by the last component alone.
+tryadd /a/@c/sub => /a/@c/sub
+tryadd /x/PRIVATE => /x/PRIVATE ; tryadd /x/privates => /x/privates
+tryadd /x/@ => /x/@ ; tryadd /x/+ => /x/+
+tryadd / => / ; tryadd / => warning: Duplicate directory name: /
+tryadd rel => rel ; tryadd rel => warning: Duplicate directory name: rel
+tryadd /cwd => /cwd ; tryadd /cwd => warning: Duplicate directory name: /cwd
+find / rel /x/@ /f => 2/ 2rel 2/x/@ 0
+events => 5 /a/@c|5 /a|5 /a/@c/sub|5 /x/PRIVATE|5 /x/privates|5 /x/@|5 /x/+|5 /+p/@c|5 /+p|5 /private|5 /|5 rel|5 /cwd
+)");
+}
+
+TEST_F(PathContents, NamesAreNormalisedAndFollowTheCaseRule) {
+    run(R"(
+tree /a/ /A/ /x/Private/ ; path /a - 1
+tryadd '' => ; tryadd NULL => ; tryadd // => ; tryadd :; => ; calls =>
+tryadd /A => warning: Duplicate directory name: /A
+tryadd /x/Private => warning: Private directories not allowed in VESPRA path: /x/Private
+replace /A => yes ; sensitive 1 ; tryadd /A//:;: => /A ; on => /cwd /a /A
+find /a/ /a: => 2/a 0
+)");
+    const std::string longest = "/" + std::string(4095, 'n'), tooLong = longest + "n";
+    host.add({longest + "/", tooLong + "/"});
+    EXPECT_EQ(step("tryadd " + longest), longest);
+    EXPECT_EQ(step("find " + longest), "2" + longest);
+    EXPECT_EQ(step("tryadd " + tooLong), "error: Directory name too long: " + tooLong);
+    EXPECT_EQ(step("find " + tooLong), "0");
+    EXPECT_EQ(host.takeMessages(), "error: Directory name too long: " + tooLong);
+}
+
+TEST_F(PathContents, ListsAreSplitAndAnswerWhatComesFirst) {
+    const std::string tooLong(4097, 'l'), longest(4096, 'l');
+    const std::string none = "Name is nonexistent or not a directory: ";
+    const struct {
+        std::string list, atEnd, atBeginning, message;  // the path that comes of it, and the answer
+    } rows[] = {
+        {"/a:/b:/c", "/a /b /c=/a", "/c /b /a=/c", ""},
+        {"/a;/b", "/a /b=/a", "/b /a=/b", ""},
+        {"/a::/b", "/a /b=/a", "/b /a=/b", ""},
+        {":/a", "/a=", "/a=/a", ""},
+        {"/a:", "/a=/a", "/a=/a", ""},
+        {"/a;:", "/a=/a", "/a=", ""},
+        {"/bad:/a", "/a=", "/a=/a", none + "/bad"},
+        {"/a/:/a:/b", "/a /b=/a", "/b /a=/b", "Duplicate directory name: /a"},
+        {"/a:" + tooLong + ":/b", "/a=/a", "/a=/a", "Directory name too long: " + tooLong + ":/b"},
+        {tooLong, "=", "=", "Directory name too long: " + tooLong},
+        {longest + ":/b", "/b=", "/b=/b", none + longest},
+    };
+    for (const auto& row : rows) {
+        for (const bool atEnd : {true, false}) {
+            run("terminate ; tree /a/ /b/ /c/ ; path -");
+            const std::string answer = step((atEnd ? "list " : "listfirst ") + row.list);
+            EXPECT_EQ(OnPath(path) + "=" + answer, (row.atEnd == "=" ? "/cwd" : "/cwd ") +
+                                                       (atEnd ? row.atEnd : row.atBeginning));
+            EXPECT_EQ(host.takeMessages(), (row.message.empty() ? "" : "warning: ") + row.message);
+        }
+    }
+    const char* names[] = {"/a", nullptr, "/c"};
+    EXPECT_EQ(NameOf(vpAddDirsArray(path, names, 3, vpAddAtBeginning)), "/c");
+    EXPECT_EQ(NameOf(vpAddDirsArray(path, names + 1, 1, vpAddAtEnd)), "");
+    run("on => /cwd /c /a /b ; list '' => ; count => 4");
+}
+
+TEST_F(PathContents, ARemovedDirectoryIsRevivedByItsName) {
+    run(R"(
+tree /a/f.v /a/@C/f.v /b/ ; path /a:/b ; keep A /a ; keep C /a/@C
+# The current directory, special and unknown ones cannot be removed.
+remove /cwd ; remove /a/@C ; remove /none ; on => /cwd /a /b
+remove /a ; on => /cwd /b ; find /a /a/@C => 0 0 ; files A f =>
+kept A => dead /a ; kept C => dead /a/@C ; events => ; calls =>
+tree /a/g.v ; rm /a/f.v ; add /a => /a
+calls => access /a|time /a|list /a|isdir /a/@C|time /a/@C|list /a/@C
+# There is no event for the directory itself.
+events => 5 /a/@C
+same A /a => yes ; kept A => alive /a ; kept C => dead /a/@C
+holds /a => g.v | | @C ; on => /cwd /b /a ; files A @C/f => *:/a/@C/f.v
+remove /a ; access /a 3 ; tryadd /a => warning: Directory permission denied: /a
+kept A => dead /a ; on => /cwd /b
+)");
+    const vpDir cwd = vpGetCWD(path), b = dir("/b");
+    EXPECT_TRUE(vpIsSameDir(vpSelectDirFirstOnPath(b, cwd), cwd) &&
+                vpIsSameDir(vpSelectDirFirstOnPath(cwd, b), cwd));
+    EXPECT_FALSE(vpSetFreezeAllAddedDirectories(path, true));
+    run("remove /b");
+    EXPECT_EQ(NameOf(vpGetNextPathDir(b)), "") << "not on the path any more";
+    run("add /b ; frozen /b => no");
+}
+
+TEST_F(PathContents, ReplacingKeepsWhatStays) {
+    run(R"(
+tree /a/ /b/ /c/ /new/ /new2/ ; path /a:/b:/c ; keep A /a
+replace /c:/b:/a => yes ; on => /cwd /c /b /a ; calls list => ; events => 1|6
+replace /new:/a => yes ; on => /cwd /new /a ; calls list => /new ; events => 1|5 /new|6
+# /b had left, and is read again.
+replace :::/b;/new2: => yes ; on => /cwd /b /new2 ; calls list => /b /new2 ; events => 1|5 /new2|6
+replace /a:/b/:/a => yes ; messages => warning: Duplicate directory name: /a ; on => /cwd /a /b
+same A /a => yes ; replace /a:/bad:/b => no ; on => /cwd /a /b
+replace /cwd => yes ; on => /cwd /cwd ; replace '' => yes ; on => /cwd ; list /a:/b:/c ; forget
+)");
+    const std::string rest = std::string(4097, 'l') + ":/new";
+    EXPECT_EQ(step("replace /b:" + rest), "no");
+    EXPECT_EQ(host.takeMessages(), "warning: Directory name too long: " + rest);
+    run("count => 4 ; find /a /b /c => 2/a 2/b 2/c ; events => 1|6");  // what it did not reach is
+                                                                       // kept
+}
+
+TEST_F(PathContents, DirectoriesAreFoundByFullName) {
+    run(R"(
+tree /cwd/@C/ /a/private/ /a/@C/private/ /a/+p/@D/Private/ /a/+p/+q/ /b/@C/ /x/a/private/ rel/+p/ /a/s/
+path /a:/b:/x/a:rel
+find /a/// /cwd rel => 2/a 1/cwd 2rel
+find a /A /x /cwd/rel NULL => 0 0 0 0 0
+find /a/private /x/a/private /a/@C/private/ => 5/a/private 5/x/a/private 5/a/@C/private
+find /a/@C /b/@C /cwd/@C /a/+p/@D => 4/a/@C 4/b/@C 4/cwd/@C 4/a/+p/@D
+find /a/+p/+q /a/+p/@D/Private rel/+p => 3/a/+p/+q 5/a/+p/@D/Private 3rel/+p
+find /a/PRIVATE /b/private /a/@c /a/+q /a/s /a/@ => 0 0 0 0 0 0
+# The current directory comes last.
+add /cwd ; find /cwd => 2/cwd
+sensitive 0 ; find /A/PRIVATE /A/+P/@d => 5/a/private 4/a/+p/@D
+)");
+}
+
+TEST_F(PathContents, CheckIsDirAsksAboutEntriesOfUnknownKind) {
+    run(R"(
+words 0 ; tree /cwd/c/ /a/sub/ /a/d.x/ /a/d.y /b/sub/ ; path /a
+checkdir /a/sub /a/d.x /a/d.y /cwd/c => yes yes no yes
+calls => isdir /a/sub|isdir /a/d.x|isdir /a/d.y|isdir /cwd/c
+# Not listed, not on the path, no directory part, not in the listing yet.
+tree /a/later/ ; checkdir /a/none /b/sub sub /a '' NULL /a/later => no no no no no no no
+# Where the listing has said what it is, nobody asks.
+words 1 ; remove /a ; add /a ; forget ; checkdir /a/d.y => no ; calls =>
+)");
+}
+
+TEST_F(PathContents, DeadPathsAnswerAsEmptyOnes) {
+    run("tree /a/ ; path /a ; removepath ; forget");
+    for (const bool null : {false, true}) {
+        if (null) path = vpPath();
+        const char* names[] = {"/a"};
+        EXPECT_TRUE(vpSetIOFcns(path, nullptr, nullptr, nullptr, nullptr, nullptr));
+        EXPECT_TRUE(vpSetIOFcnsNew(path, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr));
+        EXPECT_EQ(vpAddDirsArray(path, names, 1, vpAddAtEnd).get(), nullptr);
+        EXPECT_EQ(vpGetNullDir(path).get(), nullptr);
+        EXPECT_FALSE(vpSetFreezeAllAddedDirectories(path, true));
+        run("add /a => - ; list /a => - ; replace /a => no ; count => 0 ; find /a => 0- ; "
+            "checkdir /a/b => no ; markall ; unknown");
+        vpRefreshAllDirectories(path, vpRefreshAlways);
+        std::string printed;
+        for (int call = 0; call < 14; ++call) printed += "asserted here\n";
+        EXPECT_EQ(host.takePrinted(), printed);
+    }
+    run("calls => ; messages => ; events =>");
+}
+
+}  // namespace

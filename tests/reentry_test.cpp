@@ -1,0 +1,180 @@
+// Calls that come while others are under way: from open searches, listeners and callbacks. Often it
+// is open what such a call still does; that nothing freed is touched, that nothing is left behind
+// and that the path stays in order is for the ledger, the sanitizers and CheckTable to see.
+#include <stdexcept>
+
+#include "support/path_test.h"
+
+namespace {
+
+class Reentry : public PathTest {
+  protected:
+    void reopen() {
+        host.onCall = nullptr;
+        vpTerminate();
+        host.reset();
+        run(R"(
+tree /a/f.v /a/@C/f.v /a/private/f.v /b/f.v /b/@C/f.v /c/f.v /c/f.p /d/f.v rel/f.v /new/rel/g.v
+path /a:rel
+)");
+        vpRegisterPathInterest(path, FakeHost::secondListener);
+    }
+    // Runs `action` inside the `nth` callback or event from here on.
+    void atCall(long nth, std::function<void()> action) {
+        callsLeft_ = nth;
+        host.onCall = [this, action](const std::string& call) {
+            if (--callsLeft_ != 0) return;
+            host.onCall = nullptr;
+            SCOPED_TRACE("inside " + call);
+            action();
+        };
+    }
+
+  private:
+    long callsLeft_ = 0;
+};
+
+const char* const kWorks[] = {
+    "add /b",       "first /b",     "list /b:/c:/d",  "replace /c:rel:/b",
+    "remove /a",    "cwd /new",     "hide 1",         "refreshall 3",
+    "refresh /a 2", "mark /a/@New", "freeze /a",      "files A f verify",
+    "files A ''",   "dirs V:/a f",  "any A f verify", "checkdir /a/f.v",
+    "prune",        "next",         "removepath",
+};
+
+// Every kind of work in every callback and event of every other.
+TEST_F(Reentry, WorkInsideOfWork) {
+    host.words = false;
+    for (const std::string outer : kWorks) {
+        for (const std::string inner : kWorks) {
+            bool inside = true;
+            for (long nth = 1; inside && !HasFailure(); ++nth) {
+                SCOPED_TRACE(inner + " in call " + std::to_string(nth) + " of " + outer);
+                reopen();
+                inside = false;
+                run("keep A /a\n keep C /a/@C\n open A f verify\n next => *:/a/f.v");
+                atCall(nth, [&] {
+                    inside = true;
+                    step(inner);
+                });
+                step(outer);
+                run("next\n files A f\n refreshall 4\n add /d\n rest");
+                if (inner == "removepath" && inside) {
+                    EXPECT_EQ(vpLookupPath("p").get(), nullptr);
+                }
+            }
+        }
+    }
+}
+
+// A host that throws, in every callback and event: the call fails, the path goes on.
+TEST_F(Reentry, CallbacksThatThrow) {
+    host.words = false;
+    for (const std::string work : kWorks) {
+        if (work.find(" A ") != work.npos) continue;  // "next" is the search of this test
+        bool inside = true;
+        for (long nth = 1; inside && !HasFailure(); ++nth) {
+            SCOPED_TRACE("call " + std::to_string(nth) + " of " + work);
+            reopen();
+            inside = false;
+            step("open A f verify");
+            atCall(nth, [&] {
+                inside = true;
+                throw std::runtime_error("from the host");
+            });
+            EXPECT_NO_THROW(step(work));
+            EXPECT_EQ(TheLedger().listings.size(), 0U);
+            host.onCall = nullptr;
+            if (work == "removepath" || work == "hide 1") continue;
+            run("unfreeze /a\n refreshall 4\n replace /c:/a\n refreshall 4\n"
+                "holds /c => f.v f.p | |\n holds /a => f.v | | @C private");
+        }
+    }
+}
+
+TEST_F(Reentry, MemoryThatIsExhausted) {
+    for (const std::string work : kWorks) {
+        bool failed = true;
+        for (long nth = 1; failed && !HasFailure(); ++nth) {
+            SCOPED_TRACE("allocation " + std::to_string(nth) + " of " + work);
+            reopen();
+            TheLedger().failAt = nth;
+            EXPECT_NO_THROW(step(work));
+            failed = TheLedger().failAt == 0;
+            TheLedger().failAt = 0;
+            const std::string said = host.takeMessages();
+            EXPECT_TRUE(said.empty() || said.find("memory") != std::string::npos) << said;
+            run("files A f");
+        }
+    }
+    for (long nth = 1; vpLookupPath("q").get() == nullptr && nth < 100; ++nth) {
+        TheLedger().failAt = nth;
+        vpCreatePath(0, "q");
+        TheLedger().failAt = 0;
+        EXPECT_EQ(host.takeMessages().find("Duplicate"), std::string::npos) << nth;
+    }
+}
+
+// The search stands on its second match, with or without the third held back; `rest` is what it
+// yields after the change.
+TEST_F(Reentry, OpenSearchesAndChangesOfTheirPath) {
+    const struct {
+        const char *change, *rest;
+    } rows[] = {
+        {"remove /b", "*:/c/f.p *:/c/f.v *:/d/f.v *:rel/f.v"},
+        {"remove /c", "*:/d/f.v *:rel/f.v"},
+        {"remove /a", "*:/c/f.p *:/c/f.v *:/d/f.v *:rel/f.v"},
+        {"rm /b/f.v\n refresh /b 3", "*:/c/f.p *:/c/f.v *:/d/f.v *:rel/f.v"},
+        {"rm /c/f.p\n refresh /c 3", "*:/c/f.v *:/d/f.v *:rel/f.v"},
+        {"rm /c/f.p\n rm /d/f.v\n refreshall 3\n tree /d/f.v", "*:/c/f.v *:rel/f.v"},
+        {"replace /a:/b", ""},
+        {"cwd /new", "*:/c/f.p *:/c/f.v *:/d/f.v"},
+        {"replace ''", ""},
+        {"removepath", ""},
+        {"terminate", ""},
+    };
+    for (const auto& row : rows) {
+        for (const bool heldBack : {false, true}) {
+            SCOPED_TRACE(std::string(row.change) + (heldBack ? ", next one held back" : ""));
+            reopen();
+            run("replace /a:/b:/c:/d:rel\n open A f\n next => *:/a/f.v\n next => *:/b/f.v");
+            if (heldBack) step("bounded");
+            run(row.change);
+            EXPECT_EQ(step("rest"), row.rest);
+            // Left open past its path, and ended after it.
+            run("open A ''\n next\n removepath");
+            path = vpPath();
+        }
+    }
+}
+
+TEST_F(Reentry, ADirectoryThatIsBeingReadIsOnlyMarked) {
+    reopen();
+    int inside = 0;
+    host.onCall = [&](const std::string& call) {
+        if (call != "list /a" && call != "isdir /a/@C") return;
+        ++inside;
+        vpRefreshDirectory(dir("/a"), vpRefreshAlways);
+        vpRefreshAllDirectories(path, vpRefreshUnlessFrozen);
+    };
+    vpRefreshDirectory(dir("/a"), vpRefreshAlways);
+    host.onCall = nullptr;
+    EXPECT_EQ(inside, 2);
+    EXPECT_EQ(step("refreshall 4").substr(0, 2), "/a") << "by the next refresh";
+    run("holds /a => f.v | | @C private");
+}
+
+TEST_F(Reentry, ADirectoryStaysAsFarAsItWasRead) {
+    run("tree /a/one.v /a/@C/ /a/two.v\n path /a\n tree /a/zero.v /a/@D/ /a/last.v");
+    host.onCall = [](const std::string& call) {
+        if (call == "isdir /a/@D") throw 1;
+    };
+    run("refresh /a 3");
+    const std::string partly = step("holds /a");
+    EXPECT_TRUE(partly.find("one.v") != partly.npos && partly.find("last.v") == partly.npos)
+        << partly;
+    host.onCall = nullptr;
+    run("refreshall 4\n holds /a => one.v two.v zero.v last.v | | @C @D");
+}
+
+}  // namespace

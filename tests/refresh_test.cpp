@@ -1,0 +1,124 @@
+#include "support/path_test.h"
+
+namespace {
+
+class Refresh : public PathTest {};
+
+// A time of this second or the one before is not trusted, when read and when tested.
+TEST_F(Refresh, TimesOfThisSecondAreTestedAgain) {
+    run(R"(
+# Read at 11 with the time 10, recorded as 9; at 12 as it is.
+tree /a/ /b/ ; path - ; now 11 ; add /a ; now 12 ; add /b ; now 20
+refresh /a 1 => /a ; refresh /a 1 => ; refresh /b 1 =>
+time /a 20 ; refresh /a 1 => /a ; refresh /a 1 => /a
+now 21 ; refresh /a 1 => /a ; refresh /a 1 => /a
+now 22 ; refresh /a 1 => /a ; refresh /a 1 =>
+# Back in time is a change too; no time at all is one that is not recorded.
+time /a 3 ; refresh /a 1 => /a ; refresh /a 1 =>
+time /a 0 ; refresh /a 1 => /a ; refresh /a 1 => /a
+)");
+}
+
+TEST_F(Refresh, TypesByState) {
+    const std::string both = "/a /a/@C";
+    const struct {
+        int type;
+        std::string fresh, moved, marked, frozen;  // what is listed of /a and /a/@C
+    } rows[] = {{0, "", "/a", "/a", ""},     {1, "", "/a", "/a", ""}, {2, both, both, both, ""},
+                {3, both, both, both, both}, {4, "", "", "/a", ""},   {9, "", "", "/a", ""}};
+    run("tree /a/@C/ ; path /a");
+    for (const auto& row : rows) {
+        const std::string refresh = "refresh /a " + std::to_string(row.type);
+        EXPECT_EQ(step(refresh), row.fresh) << row.type;
+        step("time /a " + std::to_string(20 + row.type));
+        EXPECT_EQ(step(refresh), row.moved) << row.type;
+        run("refresh /a 1 ; mark /a");
+        EXPECT_EQ(step(refresh), row.marked) << row.type;
+        run("refresh /a 4 => ; freeze /a");
+        EXPECT_EQ(step(refresh), row.frozen) << row.type;
+        run("frozen /a /a/@C => yes yes ; unfreeze /a ; frozen /a /a/@C => no no ; refresh /a 1");
+    }
+    // Type 2 visits what is beneath a frozen directory, type 1 does not.
+    run("freeze /a ; unfreeze /a/@C ; refresh /a 1 => ; refresh /a 2 => /a/@C");
+}
+
+TEST_F(Refresh, DirectoriesBelowTheRootEndFrozen) {
+    run(R"(
+tree /lib/@C/ /a/ ; path /lib:/a /lib
+unfreeze /lib ; frozen /lib /lib/@C => no no
+refresh /lib 3 => /lib /lib/@C ; frozen /lib /lib/@C => yes yes
+freeze /cwd ; frozen /cwd => no ; refreshall 3 => /cwd /lib /lib/@C /a
+)");
+}
+
+TEST_F(Refresh, MarksAndWhomTheyReach) {
+    run("tree /a/@C/private/f /a/+p/ /b/ ; path /a:/b");
+    const struct {
+        const char *name, *listed;
+    } rows[] = {{"/a", "/a"},
+                {"/a/@C", "/a/@C"},
+                {"/a/@New", "/a"},
+                {"/a/+p/@New/private", "/a/+p"},
+                {"/a/+new/@New/private", "/a"},
+                {"/b/private", "/b"},
+                {"/b/PRIVATE", ""},
+                {"/a/c", ""},
+                {"/none/@C", ""},
+                {"private", ""}};
+    for (const auto& row : rows) {
+        const std::string name = row.name;
+        EXPECT_EQ(step("mark " + name), "no") << name;
+        EXPECT_EQ(step("refreshall 4"), row.listed) << name;
+        const vpDir marked = vpSetFullnameChanged(path, (name + "/file.v").c_str());
+        EXPECT_TRUE(vpIsSameDir(marked, dir(name))) << name;
+        EXPECT_EQ(step("refreshall 4"), row.listed) << name;
+    }
+    EXPECT_TRUE(vpIsSameDir(vpSetFullnameChanged(path, nullptr), vpGetNullDir(path)));
+    run(R"(
+mark NULL => no ; markall ; refreshall 4 => /cwd /a /a/+p /a/@C /a/@C/private /b
+# To be tested, not to be read; a mark says whether it was so.
+unknown ; refreshall 4 => ; mark /a => yes ; mark /a => no
+refreshall 1 => /a ; mark /b => no ; refreshall 4 => /b
+freeze /a ; markall ; mark /a => no ; refreshall 4 => /cwd /b
+)");
+}
+
+TEST_F(Refresh, VanishedDirectoriesAreTakenOffThePath) {
+    run("tree /a/ /b/ /c/ /d/ ; path /a:/b:/c:/d ; rm /a ; rm /b ; rm /d ; rm /cwd ; prune ; "
+        "on => /cwd /c ; calls => isdir /a|isdir /b|isdir /c|isdir /d");
+}
+
+TEST_F(Refresh, TimeStampsOfFiles) {
+    run("tree /a/f.v /lib/f.v ; path /a:/lib /lib ; time /a/f.v 77");
+    const vpDir a = dir("/a"), lib = dir("/lib");
+    vpTimeStamp_tag *one = vpCreateTimeStamp(), *two = vpCreateTimeStamp();
+    const auto is = [](const vpTimeStamp_tag* stamp, int64_t time, uint64_t generation) {
+        return stamp->time == time && stamp->generation == generation;
+    };
+    const auto changed = [&](int update) {
+        return vpHasFileChanged(a, "/a/f.v", two, static_cast<vpTimeStampUpdate>(update));
+    };
+    EXPECT_TRUE(is(one, -1, 0));
+    EXPECT_TRUE(vpGetTimeStamp(path, "/a/f.v", one) && is(one, 77, 1));
+    run("calls => time /a/f.v ; refresh /a 1 =>");  // no change, and the count goes on
+    EXPECT_TRUE(vpGetTimeStampFromDir(a, "/lib/f.v", two) && is(two, 10, 2)) << "any name will do";
+    EXPECT_TRUE(vpIsFileTimeStampDifferent(one, two));
+    vpCopyTimeStamp(two, one);
+    EXPECT_TRUE(is(two, 77, 1) && !changed(0));
+    two->generation = 5;
+    EXPECT_FALSE(vpIsFileTimeStampDifferent(one, two));
+    run("time /a/f.v 78");
+    EXPECT_TRUE(changed(1) && changed(7) && changed(0) && is(two, 78, 5) && !changed(0));
+    EXPECT_FALSE(vpHasFileChanged(lib, "/a/f.v", one, vpUpdateTimeStamp)) << "frozen";
+    EXPECT_TRUE(!vpGetTimeStampFromDir(vpDir(), "/a/f.v", one) && is(one, 77, 1)) << "untouched";
+    EXPECT_TRUE(!vpGetTimeStamp(path, "/lib/f.v", one) && is(one, -1, 0)) << "frozen";
+    EXPECT_TRUE(!vpGetTimeStamp(path, "/a/none.v", two) && is(two, -1, 0));
+    vpDestroyTimeStamp(one);
+    vpDestroyTimeStamp(two);
+    TheLedger().failAt = 1;
+    EXPECT_EQ(vpCreateTimeStamp(), nullptr);
+    EXPECT_EQ(vpNonNotifiedRemoteCWDRefreshPolicy(path, static_cast<vpRefreshPolicy>(0)), 1);
+    EXPECT_EQ(vpNonNotifiedRemotePathRefreshPolicy(vpPath(), static_cast<vpRefreshPolicy>(5)), 1);
+}
+
+}  // namespace

@@ -1,0 +1,282 @@
+#include "support/path_test.h"
+
+#include <cstring>
+#include <sstream>
+
+#include <vpath/pathname.h>
+
+std::string OnPath(const vpPath& path) {
+    std::string names;
+    for (vpDir at = vpGetNextPathDir(vpGetNullDir(path)); vpGetDirType(at) != vpDirTypeNone;
+         at = vpGetNextPathDir(at)) {
+        names += (names.empty() ? "" : " ") + NameOf(at);
+    }
+    return names;
+}
+
+std::string NextHit(vpSearch* search, Want want) {
+    static char name[10000];
+    std::strcpy(name, "untouched");
+    vpDir where;
+    unsigned int result = 0;
+    switch (want) {
+        case kFiles:
+            result = vpFindNextFile(search, &where, name);
+            break;
+        case kUnspecified:
+            result = vpFindNextUnspecified(search, &where, name);
+            break;
+        case kSubdirectories:
+            result = vpFindNextSubdirectory(search, &where, name);
+            break;
+        case kDirs:
+            result = vpFindNextDir(search, &where);
+            std::strcpy(name, result == 0 ? "" : NameOf(where).c_str());
+    }
+    EXPECT_EQ(result == 0, vpGetDirType(where) == vpDirTypeNone);
+    EXPECT_EQ(result == 0, *name == '\0') << name;
+    if (result == 0) return "";
+    if (want != kDirs) {
+        char joined[10000];
+        EXPECT_STREQ(vpConcatDirName(where, vpSeparatePathName(name, nullptr), joined), name);
+    }
+    return (result == 0xFFFFFFFF ? "*:" : std::to_string(result) + ":") + name;
+}
+
+std::string HitsOf(vpSearch* search, Want want) {
+    if (search == nullptr) return "null";
+    std::string hits;
+    for (std::string hit = NextHit(search, want); !hit.empty(); hit = NextHit(search, want)) {
+        hits += (hits.empty() ? "" : " ") + hit;
+        if (hits.size() > 1000000) return "without end: " + hits.substr(0, 1000);
+    }
+    EXPECT_EQ(NextHit(search, want), "") << "after the end";
+    vpDestroySearch(&search);
+    EXPECT_EQ(search, nullptr);
+    return hits;
+}
+
+vpSearch* MakeSearch(const vpPath& path, char kind, const char* from, const char* name,
+                     const char** exts, vpReadCheck check, vpCaseSensitivity rule) {
+    const vpDir dir = vpFindDirFullName(path, from);
+    if (rule == vpCaseOfPath) {
+        switch (kind) {
+            case 'A':
+                return vpCreateAllSearch(path, name, exts, check);
+            case 'V':
+                return vpCreateVisibleSearch(dir, name, exts, check);
+            case 'O':
+                return vpCreatePathOnlySearch(path, vpPath(), name, exts, check);
+            case 'P':
+                return vpCreatePrivateSearch(dir, name, exts, check);
+            case 'D':
+                return vpCreateDirSearch(dir, name, exts, check);
+            case 'N':
+                return vpCreateDirnameSearch(path, from, name, exts, check);
+            case 'M':
+                return vpCreateMethodSearch(path, name, exts, check);
+            case 'W':
+                return vpCreateDirnameVisibleSearch(path, from, name, exts, check);
+            default:
+                return vpCreateFilenameVisibleSearch(path, from, name, exts, check);
+        }
+    }
+    switch (kind) {
+        case 'A':
+            return vpCreateAllSearchIterator(path, name, exts, check, rule);
+        case 'V':
+            return vpCreateVisibleSearchIterator(dir, name, exts, check, rule);
+        case 'O':
+            return vpCreatePathOnlySearchIterator(path, path, name, exts, check, rule);
+        case 'P':
+            return vpCreatePrivateSearchIterator(dir, name, exts, check, rule);
+        case 'D':
+            return vpCreateDirSearchIterator(dir, name, exts, check, rule);
+        case 'N':
+            return vpCreateDirnameSearchIterator(path, from, name, exts, check, rule);
+        case 'M':
+            return vpCreateMethodSearchIterator(path, name, exts, check, rule);
+        case 'W':
+            return vpCreateDirnameVisibleSearchIterator(path, from, name, exts, check, rule);
+        default:
+            return vpCreateFilenameVisibleSearchIterator(path, from, name, exts, check, rule);
+    }
+}
+
+void PathTest::forget() {
+    host.takeCalls();
+    host.takeMessages();
+    host.takeEvents();
+    host.takePrinted();
+}
+
+void PathTest::run(const char* script) {
+    std::istringstream lines(script);
+    for (std::string line; std::getline(lines, line);) {
+        if (line.empty() || line[0] == '#') continue;
+        for (size_t end = 0; end != line.npos; line.erase(0, end == line.npos ? end : end + 3)) {
+            end = line.find(" ; ");
+            const std::string command = line.substr(0, end);
+            const size_t arrow = command.find(" =>");
+            std::string answer = step(command.substr(0, arrow));
+            while (!answer.empty() && answer.back() == ' ') answer.pop_back();
+            if (arrow != command.npos) {
+                const bool none = arrow + 3 == command.size();
+                EXPECT_EQ(answer, none ? "" : command.substr(arrow + 4)) << command;
+            }
+            CheckTable(path);
+        }
+    }
+}
+
+// What a directory holds, in stored order: "a.v b | sub | +p @c private".
+std::string PathTest::contents(const std::string& name) {
+    std::string text;
+    for (const Want want : {kFiles, kSubdirectories, kDirs}) {
+        std::istringstream hits(HitsOf(MakeSearch(path, 'D', name.c_str(), nullptr), want));
+        for (std::string hit; hits >> hit;) text += hit.substr(hit.rfind('/') + 1) + " ";
+        text += want == kDirs ? "" : "| ";
+    }
+    text.pop_back();
+    return text;
+}
+
+// KIND[:FROM] NAME [EXTENSION,...] [csN] [verify]
+vpSearch* PathTest::makeSearch(const std::vector<std::string>& words) {
+    std::vector<std::string> texts;
+    vpReadCheck check = vpReadCheckSkip;
+    int rule = vpCaseOfPath;
+    for (size_t at = 3; at < words.size(); ++at) {
+        if (words[at] == "verify") {
+            check = vpReadCheckVerify;
+        } else if (words[at].rfind("cs", 0) == 0) {
+            rule = std::stoi(words[at].substr(2));
+        } else {
+            std::istringstream list(words[at] + ",");
+            for (std::string text; std::getline(list, text, ',');) texts.push_back(text);
+        }
+    }
+    std::vector<const char*> exts;
+    for (const std::string& text : texts) exts.push_back(text.c_str());
+    exts.push_back(nullptr);
+    const std::string from = words[1].size() > 2 ? words[1].substr(2) : "";
+    return MakeSearch(path, words[1][0], from == "NULL" ? nullptr : from.c_str(),
+                      words[2] == "NULL" ? nullptr : words[2].c_str(), exts.data(), check,
+                      static_cast<vpCaseSensitivity>(rule));
+}
+
+std::string PathTest::step(const std::string& command) {
+    std::vector<std::string> words;
+    std::istringstream stream(command);
+    for (std::string word; stream >> word;) words.push_back(word == "''" ? "" : word);
+    const std::vector<std::string> rest(words.begin() + 1, words.end());
+    const std::vector<std::string> given = words;
+    words.resize(4);
+    const std::string &op = words[0], &name = words[1];
+    const char* const text = name == "NULL" ? nullptr : name.c_str();
+    const int number = std::atoi((words[2].empty() ? name : words[2]).c_str());
+    const auto yes = [](bool answer) { return std::string(answer ? "yes" : "no"); };
+    const auto each = [&](const std::function<std::string(const char*)>& answer) {
+        std::string answers;
+        for (const std::string& one : rest) {
+            answers += (answers.empty() ? "" : " ") + answer(one == "NULL" ? nullptr : one.c_str());
+        }
+        return answers;
+    };
+    const auto search = [&](Want want) { return HitsOf(makeSearch(given), want); };
+    const auto type = static_cast<vpDirRefreshType>(number);
+
+    // The host
+    if (op == "tree") return host.add(rest), "";
+    if (op == "rm") return host.remove(name), "";
+    if (op == "word") return host.setWord(name, std::stoi(words[2], nullptr, 16)), "";
+    if (op == "time") return host.setTime(name, number), "";
+    if (op == "now") return host.now = number, "";
+    if (op == "words") return host.words = number != 0, "";
+    if (op == "access") return host.accessAnswers[name] = number, "";
+    if (op == "isdir") return host.directoryAnswers[name] = number != 0, "";
+    if (op == "deny") return host.denied.insert(name), "";
+    if (op == "tryadd") {
+        const std::string added = NameOf(vpAddDir(path, text, vpAddAtEnd));
+        return added + host.takeMessages();
+    }
+    if (op == "calls") return name.empty() ? host.takeCalls() : host.takeCalls(name);
+    if (op == "messages") return host.takeMessages();
+    if (op == "events") return host.takeEvents();
+    if (op == "printed") return host.takePrinted();
+    if (op == "forget") return forget(), "";
+    // The path
+    if (op == "path") {
+        path =
+            vpCreatePathWithPreFrozen(0, "p", words[2].empty() ? nullptr : words[2].c_str(),
+                                      static_cast<vpCaseSensitivity>(std::atoi(words[3].c_str())),
+                                      /*suppressChangeNotify=*/false);
+        if (name != "-") vpAddDirsString(path, text, vpAddAtEnd);
+        vpRegisterPathInterest(path, FakeHost::listener);
+        return forget(), "";
+    }
+    if (op == "removepath") return vpRemovePath(path), "";
+    if (op == "terminate") return yes(vpTerminate());
+    if (op == "sensitive") return vpSetCaseSensitivity(path, number != 0), "";
+    if (op == "suppress") return vpSuppressChangeNotify(path, number != 0), "";
+    if (op == "announce") return yes(vpSetDirectoryReloadMessages(path, number != 0));
+    if (op == "add") return NameOf(vpAddDir(path, text, vpAddAtEnd));
+    if (op == "first") return NameOf(vpAddDir(path, text, vpAddAtBeginning));
+    if (op == "list") return NameOf(vpAddDirsString(path, text, vpAddAtEnd));
+    if (op == "listfirst") return NameOf(vpAddDirsString(path, text, vpAddAtBeginning));
+    if (op == "remove") return vpRemoveDir(dir(name)), "";
+    if (op == "replace") return yes(vpReplacePath(path, text));
+    if (op == "prune") return vpDeleteNonExistentDirectories(path), "";
+    if (op == "on") return OnPath(path);
+    if (op == "count") return std::to_string(vpGetNumPathDirs(path));
+    if (op == "find") {
+        return each([&](const char* one) {
+            const vpDir found = vpFindDirFullName(path, one);
+            return std::to_string(vpGetDirType(found)) + NameOf(found);
+        });
+    }
+    if (op == "checkdir")
+        return each([&](const char* one) { return yes(vpCheckIsDir(path, one)); });
+    if (op == "cwd") {
+        const char* failure = vpSetCWDName(path, text);
+        return failure == nullptr ? "" : failure;
+    }
+    if (op == "hide") return vpHideCWD(path, number != 0), "";
+    if (op == "cwdonpath") return yes(vpIsCWDOnPath(path));
+    // Directories; "keep H NAME" holds on to one
+    if (op == "keep") return kept_[name] = dir(words[2]), "";
+    if (op == "kept") {
+        return (vpIsDirHandleValid(kept_[name]) ? "alive " : "dead ") + NameOf(kept_[name]);
+    }
+    if (op == "same") return yes(vpIsSameDir(kept_[name], dir(words[2])));
+    if (op == "holds") return contents(name);
+    if (op == "refresh")
+        return forget(), vpRefreshDirectory(dir(name), type), host.takeCalls("list");
+    if (op == "refreshall")
+        return forget(), vpRefreshAllDirectories(path, type), host.takeCalls("list");
+    if (op == "mark") return yes(vpSetDirChanged(path, text));
+    if (op == "markfile") return NameOf(vpSetFullnameChanged(path, text));
+    if (op == "markall") return vpSetAllChanged(path), "";
+    if (op == "unknown") return vpChangedUnknownDir(path), "";
+    if (op == "freeze") return vpFreeze(dir(name)), "";
+    if (op == "unfreeze") return vpUnFreeze(dir(name)), "";
+    if (op == "frozen") return each([&](const char* one) { return yes(vpIsFrozen(dir(one))); });
+    // Searches
+    if (op == "files") return search(kFiles);
+    if (op == "any") return search(kUnspecified);
+    if (op == "subs") return search(kSubdirectories);
+    if (op == "dirs") return search(kDirs);
+    if (op == "open") return vpDestroySearch(&search_), search_ = makeSearch(given), "";
+    if (op == "next" && search_ == nullptr) return "null";
+    if (op == "next") return NextHit(search_, static_cast<Want>(name.empty() ? kFiles : number));
+    if (op == "bounded") {
+        char found[10000] = "untouched";
+        vpDir at;
+        const unsigned int result = vpFindNextFileBounded(search_, &at, found);
+        EXPECT_EQ(result == 0, vpGetDirType(at) == vpDirTypeNone);
+        return (result == 0xFFFFFFFF ? "*:" : std::to_string(result) + ":") + found;
+    }
+    if (op == "rest") return HitsOf(std::exchange(search_, nullptr));
+    ADD_FAILURE() << "no such command: " << command;
+    return "";
+}
