@@ -90,11 +90,10 @@ Reached FollowSpecial(PathMgr& path, std::string_view fullName) {
     const auto consider = [&](PathDirItemInfo* base, std::string_view below) {
         if (base == nullptr) return;
         const Reached reached = Descend(path, *base, below);
-        if (reached.remaining > best.remaining) return;
-        if (reached.remaining < best.remaining ||
-            reached.directory->topDir()->order < best.directory->topDir()->order) {
-            best = reached;
-        }
+        const bool nearer = best.directory == nullptr || reached.remaining < best.remaining;
+        const bool earlier = best.directory != nullptr && reached.remaining == best.remaining &&
+                             reached.directory->topDir()->order < best.directory->topDir()->order;
+        if (nearer || earlier) best = reached;
     };
     ForEachCut(fullName, [&](std::string_view base, std::string_view below) {
         const bool inCurrent = path.contents.isCurrent(base);

@@ -141,8 +141,8 @@ class ClassFileSearch {
     FileRef findBare(std::string_view name) {
         const NameRecordRef record(path_.nameTable.lookup(name));
         if (record.get() == nullptr) return {};
-        const FileRef plain(plainCandidate(*record.get(), name));
-        const FileRef inClassDir(classDirCandidate(*record.get(), name));
+        FileRef plain(plainCandidate(*record.get(), name));
+        FileRef inClassDir(classDirCandidate(*record.get(), name));
         if (inClassDir && DefinesClass(path_, inClassDir) && comesFirst(inClassDir, plain)) {
             return inClassDir;
         }
@@ -186,7 +186,7 @@ class ClassFileSearch {
         NameCursor cursor(path_, *record.get());
         cursor.start(NameCategory::kPackageInPathDir);
         while (PathItemInfo* const top = nextNamed(cursor, topName)) {
-            const FileRef file(packageCandidate(*top->asDirectory(), below, name));
+            FileRef file(packageCandidate(*top->asDirectory(), below, name));
             if (file && DefinesClass(path_, file)) return file;
         }
         return {};

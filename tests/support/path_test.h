@@ -8,8 +8,8 @@
 //     find /a /b => 2/a 0              kinds and names; 0 for the null directory
 //     events => 5 /a                   since it was last asked
 //
-// A number before a hit is the search's result, '*' 0xFFFFFFFF. '' is an empty argument, NULL a null
-// one, '-' no directory. After each command the path's structures are checked.
+// A number before a hit is the search's result, '*' 0xFFFFFFFF. '' is an empty argument, NULL a
+// null one, '-' no directory. After each command the path's structures are checked.
 #pragma once
 
 #include <gtest/gtest.h>
