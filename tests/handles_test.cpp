@@ -6,11 +6,12 @@ class Handles : public PathTest {};
 
 // Every way to make, copy and drop a handle, on a target that must go exactly once.
 TEST_F(Handles, PathHandlesCount) {
-    run("tree /a/\n path /a");
+    run("path -");
     const PathMgr* const raw = path.get();
-    vpPath copy(path), fromRaw(path.get()), assigned, emptied(path);
+    vpPath copy(path), fromRaw(path.get()), assigned, emptied(path), unchecked;
     assigned = path.get();
-    assigned = assigned;  // NOLINT
+    const vpPath& sameOne = assigned;
+    assigned = sameOne;
     copy.copy(copy);
     copy.copy(assigned);
     emptied = static_cast<PathMgr*>(nullptr);
@@ -18,7 +19,6 @@ TEST_F(Handles, PathHandlesCount) {
     EXPECT_EQ(static_cast<const PathMgr*>(copy), raw);
     vpRemovePath(path);
     EXPECT_EQ(vpPath(path.get()).get(), nullptr) << "removed";
-    vpPath unchecked;
     unchecked = path.get();
     EXPECT_EQ(unchecked.get(), raw) << "assignment does not ask";
     path = copy = fromRaw = assigned = vpPath();
@@ -29,7 +29,7 @@ TEST_F(Handles, PathHandlesCount) {
 // Directories and their path in every order of removal and of letting go.
 TEST_F(Handles, TheLastHoldDecides) {
     for (int order = 0; order < 8; ++order) {
-        run("terminate\n tree /a/@C/private/f.v\n path /a");
+        run("terminate ; tree /a/@C/private/f.v ; path /a");
         vpDir a = dir("/a"), inner = dir("/a/@C/private"), null = vpGetNullDir(path);
         if (order & 1) vpRemoveDir(a);
         if (order & 2) vpRemovePath(path);
@@ -41,7 +41,9 @@ TEST_F(Handles, TheLastHoldDecides) {
         (order & 4 ? inner : a) = vpDir();
         null.copy(null);
         a = null.get();
-        null = a = a;  // NOLINT
+        const vpDir& sameOne = a;
+        a = sameOne;
+        null = a;
     }
 }
 
@@ -53,7 +55,7 @@ TEST_F(Handles, AccessorsByKind) {
     } rows[] = {
         {"/cwd", 1, "cwd", "/cwd", "", "/cwd/private"},
         {"/cwd/private", 5, "private", "/cwd", "/cwd", ""},
-        {"/a", 2, "a", "/a", "", "/a/private"},
+        {"/a", 2, "a", "/a", "", ""},
         {"/a/@C", 4, "C", "/a", "/a", "/a/@C/private"},
         {"/a/@C/private", 5, "private", "/a", "/a/@C", ""},
         {"/a/+p", 3, "p", "/a", "/a", ""},
@@ -61,43 +63,47 @@ TEST_F(Handles, AccessorsByKind) {
         {"/", 2, "/", "/", "", ""},
         {"rel", 2, "rel", "rel", "", ""},
         {"rel/@E", 4, "E", "rel", "rel", ""},
+        {"", 0, "", "", "", ""},
     };
-    run("tree /cwd/private/ /a/@C/private/ /a/+p/@D/ /a/private/ rel/@E/\n path /a:/:rel");
+    run("tree /cwd/private/ /a/@C/private/ /a/+p/@D/ rel/@E/ ; path /a:/:rel");
     for (const auto& row : rows) {
         SCOPED_TRACE(row.name);
         const vpDir at = dir(row.name);
+        const std::string name = row.name;
         EXPECT_TRUE(vpIsDirHandleValid(at) && vpGetPathOfDir(at).get() == path.get());
         EXPECT_EQ(vpGetDirType(at), row.type);
-        EXPECT_STREQ(vpGetBaseDirName(at), row.base);
-        EXPECT_EQ(NameOf(at), row.name);
+        EXPECT_EQ(NameOf(at), name);
         EXPECT_EQ(NameOf(vpGetPathDir(at)), row.pathDir);
         EXPECT_EQ(NameOf(vpGetParentDir(at)), row.parent);
         EXPECT_EQ(NameOf(vpGetPrivateDir(at)), row.privateDir);
-        EXPECT_EQ(vpIsAbsoluteDir(at), *row.name == '/');
+        EXPECT_EQ(vpIsAbsoluteDir(at), name.empty() || name[0] == '/');
+        if (name.empty()) continue;
         char joined[100];
+        EXPECT_STREQ(vpGetBaseDirName(at), row.base);
         EXPECT_EQ(vpConcatDirName(at, "/sub/x", joined), joined);
-        EXPECT_EQ(joined, (row.name[1] == '\0' ? "" : std::string(row.name)) + "/sub/x");
+        EXPECT_EQ(joined, (name == "/" ? "" : name) + "/sub/x");
     }
-    EXPECT_EQ(vpGetDirType(vpGetNullDir(path)), vpDirTypeNone);
-    EXPECT_TRUE(NameOf(vpGetNullDir(path)).empty() && vpIsDirHandleValid(vpGetNullDir(path)));
     EXPECT_FALSE(vpIsSameDir(dir("/a"), dir("/a/+p")));
+    for (const char* name : {"private", "/a/PRIVATE", "Private", "/private"}) {
+        EXPECT_TRUE(vpIsPrivateDirName(name)) << name;
+    }
+    for (const char* name : {"", "/private/a", "privat", "privates", "@private", "/"}) {
+        EXPECT_FALSE(vpIsPrivateDirName(name)) << name;
+    }
 }
 
 TEST_F(Handles, NullAndDeadHandlesAnswerNothing) {
-    run("tree /a/@C/private/\n path /a");
+    run("tree /a/@C/private/ ; path /a");
     const vpDir dead[] = {vpDir(), dir("/a"), dir("/a/@C"), vpGetNullDir(path)};
-    run("removepath\n forget");
+    run("removepath ; forget");
     for (const vpDir& each : dead) {
-        SCOPED_TRACE(&each - dead);
         char name[100];
-        EXPECT_FALSE(vpIsDirHandleValid(each));
         EXPECT_EQ(vpGetDirName(each, name), name);
         vpConcatDirName(each, "x", name);
         vpGetBaseDirName(each);
-        for (const vpDir& answer :
-             {vpGetPathDir(each), vpGetParentDir(each), vpGetPrivateDir(each),
-              vpGetNextPathDir(each), vpSelectDirFirstOnPath(each, vpDir())}) {
-            EXPECT_FALSE(vpIsDirHandleValid(answer));
+        for (const vpDir& answer : {each, vpGetPathDir(each), vpGetParentDir(each),
+                                    vpGetPrivateDir(each), vpGetNextPathDir(each)}) {
+            EXPECT_FALSE(vpIsDirHandleValid(answer)) << &each - dead;
         }
         EXPECT_FALSE(vpIsPathDirAlsoCWD(each) || vpIsFrozen(each) || vpSetDirChanged(each));
         vpRemoveDir(each);
@@ -112,33 +118,20 @@ TEST_F(Handles, NullAndDeadHandlesAnswerNothing) {
     }
     EXPECT_TRUE(vpGetDirType(vpDir()) == 0 && vpIsAbsoluteDir(vpDir()));
     EXPECT_EQ(vpGetPathOfDir(vpDir()).get(), nullptr);
-    run("calls =>\n printed =>\n messages =>");
+    run("calls => ; printed => ; messages =>");
 }
-
-TEST(PrivateNames, AreToldByTheLastComponent) {
-    for (const char* name : {"private", "/a/PRIVATE", "Private", "/private"}) {
-        EXPECT_TRUE(vpIsPrivateDirName(name)) << name;
-    }
-    for (const char* name :
-         {"", "/private/a", "privat", "privates", "@private", "/aprivate", "/"}) {
-        EXPECT_FALSE(vpIsPrivateDirName(name)) << name;
-    }
-}
-
-// ---------------------------------------------------------------------------------------------
-// Listeners
 
 class Listeners : public PathTest {};
 
 TEST_F(Listeners, AFreedPlaceIsTakenAgain) {
-    run("tree /a/ /b/ /c/ /d/\n path -");  // with one listener
+    run("tree /a/ /b/ /c/ /d/ ; path -");  // with one listener
     const vpRegisteredInterest second = vpRegisterPathInterest(path, FakeHost::secondListener);
     EXPECT_TRUE(second.index == 1 && second.path.get() == path.get());
     for (const int32_t index : {0, 0, -1, 2, 1000000}) vpCancelPathInterest({path, index});
     vpCancelPathInterest({vpPath(), 1});
-    run("add /a\n events => B5 /a");
+    run("add /a ; events => B5 /a");
     EXPECT_EQ(vpRegisterPathInterest(path, FakeHost::listener).index, 0);
-    run("add /b\n events => 5 /b|B5 /b");
+    run("add /b ; events => 5 /b|B5 /b");
     // In the middle of a walk one is cancelled, one takes its place, and one waits for the next.
     host.onCall = [&](const std::string& event) {
         if (event != "5 /c") return;
@@ -147,52 +140,38 @@ TEST_F(Listeners, AFreedPlaceIsTakenAgain) {
         vpRegisterPathInterest(path, FakeHost::listener);
         vpRegisterPathInterest(path, FakeHost::listener);
     };
-    run("add /c\n events => 5 /c|5 /c\n add /d\n events => 5 /d|5 /d|5 /d\n add /d\n events =>");
+    run("add /c ; events => 5 /c|5 /c ; add /d ; events => 5 /d|5 /d|5 /d ; add /d ; events =>");
     host.onCall = [&](const std::string& event) {
         if (event == "2") vpCancelPathInterest({path, 0});
     };
-    run("cwd /a\n events => 2|2|2|5 /a|5 /a|7|7\n removepath\n events => 9|9");
-    const vpRegisteredInterest none = vpRegisterPathInterest(path, FakeHost::listener);
-    EXPECT_EQ(none.path.get(), nullptr);
+    run("cwd /a ; events => 2|2|2|5 /a|5 /a|7|7 ; removepath ; events => 9|9");
+    EXPECT_EQ(vpRegisterPathInterest(path, FakeHost::listener).path.get(), nullptr);
     vpCancelPathInterest({path, 0});
     run("printed =>");
 }
 
 TEST_F(Listeners, SuppressionSilencesRereadsAndSpecialDirectories) {
     run(R"(
-tree /a/@C/ /a/+p/private/ /b/private/
-path /a
-cwd /b
-events => 2|5 /b/private|5 /b|7
-replace /b
-replace /a
-events => 1|5 /b/private|5 /b|6|1|5 /a/@C|5 /a/+p/private|5 /a/+p|6
-suppress 1
-cwd /cwd
-replace /b
-events => 2|5 /cwd|7|1|6
+tree /a/@C/ /a/+p/private/ /b/private/ ; path /a ; cwd /b ; replace /b ; replace /a
+events => 2|5 /b/private|5 /b|7|1|5 /b/private|5 /b|6|1|5 /a/@C|5 /a/+p/private|5 /a/+p|6
+refreshall 3 ; events => 0 /b|0 /b/private|0 /a|0 /a/+p|0 /a/+p/private|0 /a/@C
 )");
-    const auto refreshed = [&](int suppress) {
-        step("suppress " + std::to_string(suppress));
-        vpRefreshAllDirectories(path, vpRefreshAlways);
-        return host.takeEvents();
-    };
-    EXPECT_EQ(refreshed(0), "0 /cwd|0 /b|0 /b/private");
-    EXPECT_EQ(refreshed(1), "");
+    vpSuppressChangeNotify(path, true);
+    run("cwd /cwd ; replace /b ; refreshall 3 ; events => ; cwd /b ; events => 2|5 /b|7");
     const vpPath quiet = vpCreatePathWithPreFrozen(0, "quiet", nullptr, vpCaseDefault, true);
     vpRegisterPathInterest(quiet, FakeHost::listener);
     vpAddDir(quiet, "/a", vpAddAtEnd);
-    EXPECT_EQ(host.takeEvents(), "5 /a");
+    run("events => 5 /a");
 }
 
 TEST_F(Listeners, ReloadMessagesNameTheDirectoryWithoutItsMark) {
-    run("tree /a/@C/private/ /a/+p/\n path /a\n announce 1 => no\n announce 1 => yes");
-    vpRefreshDirectory(dir("/a"), vpRefreshAlways);
-    run("messages => info: a reloaded.|info: p reloaded.|info: C reloaded.|info: private "
-        "reloaded.\n"
-        "announce 0 => yes");
-    vpRefreshDirectory(dir("/a"), vpRefreshAlways);
-    run("messages =>");
+    run("tree /a/@C/private/ /a/+p/ ; path /a");
+    EXPECT_FALSE(vpSetDirectoryReloadMessages(path, true));
+    EXPECT_TRUE(vpSetDirectoryReloadMessages(path, true));
+    run("refresh /a 3 ; messages => "
+        "info: a reloaded.|info: p reloaded.|info: C reloaded.|info: private reloaded.");
+    EXPECT_TRUE(vpSetDirectoryReloadMessages(path, false));
+    run("refresh /a 3 ; messages =>");
     EXPECT_EQ(vpSetNotificationHandleWarnings(path, vpWarnInvalidCNHOn), 0);
 }
 

@@ -120,6 +120,11 @@ kept C => alive /d/@C ; same C /d/@C => yes ; kept Q => dead /d/+p/@Q
 rm /d/@C ; tree /d/@C ; isdir /d/private 0 ; refresh /d 3
 holds /d => a.v c.v s private @C | t z | @N ; kept C => dead /d/@C
 rm /d ; refresh /d 3 ; holds /d => | |
+# What is new in special directories is linked after what is new beside them, packages first; the one
+# private directory keeps its spelling.
+tree /e/@C/ /e/+p/@C/ /e/private/ ; replace /e ; tree /e/@C/C.v /e/+p/@C/C.v ; refresh /e 3
+files V:/e C => *:/e/@C/C.v *:/e/+p/@C/C.v
+rm /e/private ; tree /e/Private/ ; refresh /e 3 ; holds /e => | | +p @C private
 )");
 }
 

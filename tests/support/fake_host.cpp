@@ -48,9 +48,6 @@ void FakeHost::install() {
     vpSetDefaultIOFcnsNew(list, accessibility, isReadable, isDir, modificationTime, changeDir);
 }
 
-// ---------------------------------------------------------------------------------------------
-// The tree
-
 std::string FakeHost::resolve(const std::string& name) const {
     std::string full = name.empty() || name[0] != '/' ? Below(cwd, name) : name;
     while (full.size() > 1 && full.back() == '/') full.pop_back();
@@ -117,9 +114,6 @@ std::string FakeHost::dump() const {
     return text;
 }
 
-// ---------------------------------------------------------------------------------------------
-// The record
-
 std::string FakeHost::take(Lines* lines, const char* between) {
     std::string text;
     for (const std::string& line : *lines) text += (text.empty() ? "" : between) + line;
@@ -152,35 +146,31 @@ std::string NameOf(const vpDir& dir) {
     return name;
 }
 
-void FakeHost::listener(vpEventType type, vpDir dir) {
+void FakeHost::tell(const char* mark, vpEventType type, const vpDir& dir) {
     const std::string name = NameOf(dir);
-    theHost->note(&theHost->events_, std::to_string(type) + (name.empty() ? "" : " ") + name);
-}
-void FakeHost::secondListener(vpEventType type, vpDir dir) {
-    theHost->note(&theHost->events_, "B" + std::to_string(type) + " " + NameOf(dir));
+    theHost->note(&theHost->events_,
+                  mark + std::to_string(type) + (name.empty() ? "" : " ") + name);
 }
 
-void FakeHost::onError(const char* text) {
-    theHost->messages_.push_back(std::string("error: ") + text);
-}
-void FakeHost::onWarning(const char* text) {
-    theHost->messages_.push_back(std::string("warning: ") + text);
-}
-void FakeHost::onInfo(const char* text) {
-    theHost->messages_.push_back(std::string("info: ") + text);
+void FakeHost::say(const char* channel, const char* text) {
+    theHost->messages_.push_back(channel + std::string(text));
 }
 
-// ---------------------------------------------------------------------------------------------
+FakeHost& FakeHost::noteCall(const char* kind, const char* name) {
+    theHost->note(&theHost->calls_, kind + std::string(" ") + name);
+    return *theHost;
+}
+
 // The callbacks. Each is noted, and `onCall` run, before the tree is looked at.
 
 char* FakeHost::list(vpPath, const char* name, unsigned int** wordsOut) {
-    theHost->note(&theHost->calls_, std::string("list ") + name);
-    const Node* node = theHost->find(name);
+    FakeHost& host = noteCall("list", name);
+    const Node* node = host.find(name);
     if (node == nullptr) return nullptr;
     std::string names;
     std::vector<unsigned> words;
     for (const std::string& entry : node->entries) {
-        const Node* child = theHost->find(Below(theHost->resolve(name), entry));
+        const Node* child = host.find(Below(host.resolve(name), entry));
         names += entry + '\0';
         words.push_back(child->word >= 0     ? static_cast<unsigned>(child->word)
                         : child->isDirectory ? 0x4000
@@ -190,7 +180,7 @@ char* FakeHost::list(vpPath, const char* name, unsigned int** wordsOut) {
     auto* listing = static_cast<char*>(hkMalloc(names.size() + 1));
     std::copy_n(names.c_str(), names.size() + 1, listing);
     TheLedger().listings.insert(listing);
-    if (theHost->words) {
+    if (host.words) {
         *wordsOut = static_cast<unsigned*>(hkMalloc(words.size() * sizeof(unsigned)));
         std::copy(words.begin(), words.end(), *wordsOut);
         TheLedger().listings.insert(*wordsOut);
@@ -200,34 +190,34 @@ char* FakeHost::list(vpPath, const char* name, unsigned int** wordsOut) {
 }
 
 vpDirAccessibility FakeHost::accessibility(vpPath, const char* name) {
-    theHost->note(&theHost->calls_, std::string("access ") + name);
-    const auto answer = theHost->accessAnswers.find(name);
-    if (answer == theHost->accessAnswers.end()) {
-        return theHost->isDirectory(name) ? vpDirAccessible : vpDirNonexistent;
+    FakeHost& host = noteCall("access", name);
+    const auto answer = host.accessAnswers.find(name);
+    if (answer == host.accessAnswers.end()) {
+        return host.isDirectory(name) ? vpDirAccessible : vpDirNonexistent;
     }
     return static_cast<vpDirAccessibility>(answer->second);
 }
 
 bool FakeHost::isReadable(const char* name) {
-    theHost->note(&theHost->calls_, std::string("read ") + name);
-    return theHost->exists(name) && theHost->denied.count(name) == 0;
+    FakeHost& host = noteCall("read", name);
+    return host.exists(name) && host.denied.count(name) == 0;
 }
 
 bool FakeHost::isDir(vpPath, const char* name) {
-    theHost->note(&theHost->calls_, std::string("isdir ") + name);
-    const auto answer = theHost->directoryAnswers.find(name);
-    return answer == theHost->directoryAnswers.end() ? theHost->isDirectory(name) : answer->second;
+    FakeHost& host = noteCall("isdir", name);
+    const auto answer = host.directoryAnswers.find(name);
+    return answer == host.directoryAnswers.end() ? host.isDirectory(name) : answer->second;
 }
 
 long FakeHost::modificationTime(vpPath, const char* name) {
-    theHost->note(&theHost->calls_, std::string("time ") + name);
-    const Node* node = theHost->find(name);
+    FakeHost& host = noteCall("time", name);
+    const Node* node = host.find(name);
     return node == nullptr ? 0 : node->time;
 }
 
 int FakeHost::changeDir(const char* name) {
-    theHost->note(&theHost->calls_, std::string("chdir ") + name);
-    if (*name == '\0' || !theHost->isDirectory(name)) return -1;
-    theHost->cwd = theHost->resolve(name);
+    FakeHost& host = noteCall("chdir", name);
+    if (*name == '\0' || !host.isDirectory(name)) return -1;
+    host.cwd = host.resolve(name);
     return 0;
 }

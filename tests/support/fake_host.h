@@ -65,11 +65,11 @@ class FakeHost {
     static bool isDir(vpPath path, const char* name);
     static long modificationTime(vpPath path, const char* name);
     static int changeDir(const char* name);
-    static void onError(const char* text);
-    static void onWarning(const char* text);
-    static void onInfo(const char* text);
-    static void listener(vpEventType type, vpDir dir);
-    static void secondListener(vpEventType type, vpDir dir);
+    static void onError(const char* text) { say("error: ", text); }
+    static void onWarning(const char* text) { say("warning: ", text); }
+    static void onInfo(const char* text) { say("info: ", text); }
+    static void listener(vpEventType type, vpDir dir) { tell("", type, dir); }
+    static void secondListener(vpEventType type, vpDir dir) { tell("B", type, dir); }
     void notePrinted(const char* text) { printed_.emplace_back(text); }
 
   private:
@@ -84,6 +84,9 @@ class FakeHost {
     std::string resolve(const std::string& name) const;
     const Node* find(const std::string& name) const;
     void note(Lines* lines, const std::string& line);
+    static FakeHost& noteCall(const char* kind, const char* name);
+    static void say(const char* channel, const char* text);
+    static void tell(const char* mark, vpEventType type, const vpDir& dir);
     static std::string take(Lines* lines, const char* between);
 
     std::unordered_map<std::string, Node> nodes_;

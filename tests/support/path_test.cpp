@@ -15,30 +15,21 @@ std::string OnPath(const vpPath& path) {
 }
 
 std::string NextHit(vpSearch* search, Want want) {
-    static char name[10000];
-    std::strcpy(name, "untouched");
-    vpDir where;
-    unsigned int result = 0;
-    switch (want) {
-        case kFiles:
-            result = vpFindNextFile(search, &where, name);
-            break;
-        case kUnspecified:
-            result = vpFindNextUnspecified(search, &where, name);
-            break;
-        case kSubdirectories:
-            result = vpFindNextSubdirectory(search, &where, name);
-            break;
-        case kDirs:
-            result = vpFindNextDir(search, &where);
-            std::strcpy(name, result == 0 ? "" : NameOf(where).c_str());
-    }
-    EXPECT_EQ(result == 0, vpGetDirType(where) == vpDirTypeNone);
+    using Find = unsigned int (*)(vpSearch*, vpDir*, char*);
+    const Find findDir = [](vpSearch* from, vpDir* at, char* name) {
+        const unsigned int result = vpFindNextDir(from, at);
+        vpGetDirName(*at, name);
+        return result;
+    };
+    const Find finds[] = {vpFindNextFile, vpFindNextUnspecified, vpFindNextSubdirectory, findDir};
+    char name[10000] = "untouched", joined[10000];
+    vpDir at;
+    const unsigned int result = finds[want](search, &at, name);
+    EXPECT_EQ(result == 0, vpGetDirType(at) == vpDirTypeNone);
     EXPECT_EQ(result == 0, *name == '\0') << name;
     if (result == 0) return "";
     if (want != kDirs) {
-        char joined[10000];
-        EXPECT_STREQ(vpConcatDirName(where, vpSeparatePathName(name, nullptr), joined), name);
+        EXPECT_STREQ(vpConcatDirName(at, vpSeparatePathName(name, nullptr), joined), name);
     }
     return (result == 0xFFFFFFFF ? "*:" : std::to_string(result) + ":") + name;
 }
@@ -58,48 +49,33 @@ std::string HitsOf(vpSearch* search, Want want) {
 
 vpSearch* MakeSearch(const vpPath& path, char kind, const char* from, const char* name,
                      const char** exts, vpReadCheck check, vpCaseSensitivity rule) {
+    const bool plain = rule == vpCaseOfPath;
+    const auto on = [&](auto create, auto createIterator, auto... where) {
+        return plain ? create(where..., name, exts, check)
+                     : createIterator(where..., name, exts, check, rule);
+    };
     const vpDir dir = vpFindDirFullName(path, from);
-    if (rule == vpCaseOfPath) {
-        switch (kind) {
-            case 'A':
-                return vpCreateAllSearch(path, name, exts, check);
-            case 'V':
-                return vpCreateVisibleSearch(dir, name, exts, check);
-            case 'O':
-                return vpCreatePathOnlySearch(path, vpPath(), name, exts, check);
-            case 'P':
-                return vpCreatePrivateSearch(dir, name, exts, check);
-            case 'D':
-                return vpCreateDirSearch(dir, name, exts, check);
-            case 'N':
-                return vpCreateDirnameSearch(path, from, name, exts, check);
-            case 'M':
-                return vpCreateMethodSearch(path, name, exts, check);
-            case 'W':
-                return vpCreateDirnameVisibleSearch(path, from, name, exts, check);
-            default:
-                return vpCreateFilenameVisibleSearch(path, from, name, exts, check);
-        }
-    }
     switch (kind) {
         case 'A':
-            return vpCreateAllSearchIterator(path, name, exts, check, rule);
+            return on(vpCreateAllSearch, vpCreateAllSearchIterator, path);
         case 'V':
-            return vpCreateVisibleSearchIterator(dir, name, exts, check, rule);
+            return on(vpCreateVisibleSearch, vpCreateVisibleSearchIterator, dir);
         case 'O':
-            return vpCreatePathOnlySearchIterator(path, path, name, exts, check, rule);
+            return on(vpCreatePathOnlySearch, vpCreatePathOnlySearchIterator, path, vpPath());
         case 'P':
-            return vpCreatePrivateSearchIterator(dir, name, exts, check, rule);
+            return on(vpCreatePrivateSearch, vpCreatePrivateSearchIterator, dir);
         case 'D':
-            return vpCreateDirSearchIterator(dir, name, exts, check, rule);
+            return on(vpCreateDirSearch, vpCreateDirSearchIterator, dir);
         case 'N':
-            return vpCreateDirnameSearchIterator(path, from, name, exts, check, rule);
+            return on(vpCreateDirnameSearch, vpCreateDirnameSearchIterator, path, from);
         case 'M':
-            return vpCreateMethodSearchIterator(path, name, exts, check, rule);
+            return on(vpCreateMethodSearch, vpCreateMethodSearchIterator, path);
         case 'W':
-            return vpCreateDirnameVisibleSearchIterator(path, from, name, exts, check, rule);
+            return on(vpCreateDirnameVisibleSearch, vpCreateDirnameVisibleSearchIterator, path,
+                      from);
         default:
-            return vpCreateFilenameVisibleSearchIterator(path, from, name, exts, check, rule);
+            return on(vpCreateFilenameVisibleSearch, vpCreateFilenameVisibleSearchIterator, path,
+                      from);
     }
 }
 
@@ -196,10 +172,6 @@ std::string PathTest::step(const std::string& command) {
     if (op == "access") return host.accessAnswers[name] = number, "";
     if (op == "isdir") return host.directoryAnswers[name] = number != 0, "";
     if (op == "deny") return host.denied.insert(name), "";
-    if (op == "tryadd") {
-        const std::string added = NameOf(vpAddDir(path, text, vpAddAtEnd));
-        return added + host.takeMessages();
-    }
     if (op == "calls") return name.empty() ? host.takeCalls() : host.takeCalls(name);
     if (op == "messages") return host.takeMessages();
     if (op == "events") return host.takeEvents();
@@ -207,10 +179,9 @@ std::string PathTest::step(const std::string& command) {
     if (op == "forget") return forget(), "";
     // The path
     if (op == "path") {
-        path =
-            vpCreatePathWithPreFrozen(0, "p", words[2].empty() ? nullptr : words[2].c_str(),
-                                      static_cast<vpCaseSensitivity>(std::atoi(words[3].c_str())),
-                                      /*suppressChangeNotify=*/false);
+        const bool rooted = !words[2].empty() && words[2] != "-";
+        const auto rule = static_cast<vpCaseSensitivity>(std::atoi(words[3].c_str()));
+        path = vpCreatePathWithPreFrozen(0, "p", rooted ? words[2].c_str() : nullptr, rule, false);
         if (name != "-") vpAddDirsString(path, text, vpAddAtEnd);
         vpRegisterPathInterest(path, FakeHost::listener);
         return forget(), "";
@@ -218,15 +189,17 @@ std::string PathTest::step(const std::string& command) {
     if (op == "removepath") return vpRemovePath(path), "";
     if (op == "terminate") return yes(vpTerminate());
     if (op == "sensitive") return vpSetCaseSensitivity(path, number != 0), "";
-    if (op == "suppress") return vpSuppressChangeNotify(path, number != 0), "";
-    if (op == "announce") return yes(vpSetDirectoryReloadMessages(path, number != 0));
     if (op == "add") return NameOf(vpAddDir(path, text, vpAddAtEnd));
+    if (op == "tryadd") {
+        const std::string added = NameOf(vpAddDir(path, text, vpAddAtEnd));
+        return added + host.takeMessages();
+    }
     if (op == "first") return NameOf(vpAddDir(path, text, vpAddAtBeginning));
     if (op == "list") return NameOf(vpAddDirsString(path, text, vpAddAtEnd));
     if (op == "listfirst") return NameOf(vpAddDirsString(path, text, vpAddAtBeginning));
     if (op == "remove") return vpRemoveDir(dir(name)), "";
-    if (op == "replace") return yes(vpReplacePath(path, text));
     if (op == "prune") return vpDeleteNonExistentDirectories(path), "";
+    if (op == "replace") return yes(vpReplacePath(path, text));
     if (op == "on") return OnPath(path);
     if (op == "count") return std::to_string(vpGetNumPathDirs(path));
     if (op == "find") {
@@ -255,7 +228,6 @@ std::string PathTest::step(const std::string& command) {
     if (op == "refreshall")
         return forget(), vpRefreshAllDirectories(path, type), host.takeCalls("list");
     if (op == "mark") return yes(vpSetDirChanged(path, text));
-    if (op == "markfile") return NameOf(vpSetFullnameChanged(path, text));
     if (op == "markall") return vpSetAllChanged(path), "";
     if (op == "unknown") return vpChangedUnknownDir(path), "";
     if (op == "freeze") return vpFreeze(dir(name)), "";
