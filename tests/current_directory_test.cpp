@@ -87,9 +87,10 @@ TEST_F(CurrentDirectory, Hidden) {
 tree /cwd/f.v /cwd/@C/f.v /other/f.v /a/f.v ; path /a ; keep C /cwd/@C
 hide 1 ; holds /cwd => | | ; kept C => dead /cwd/@C ; files A f => *:/a/f.v
 # Marked changed, but the host is not asked; nor for the same directory elsewhere, nor the next one.
-refreshall 4 => ; add /cwd ; cwd /other ; calls list => ; files A f => *:/a/f.v
+refreshall 4 => ; events => 0 /cwd ; add /cwd ; cwd /other ; calls list => ; files A f => *:/a/f.v
 cwd /cwd ; hide 1 ; hide 0 ; files A f => *:/a/f.v
 refreshall 4 => /cwd /cwd/@C ; files A f => *:/cwd/f.v *:/a/f.v
+hide 1 ; cwd /other ; hide 0 ; refreshall 4 => /other
 )");
 }
 

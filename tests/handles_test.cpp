@@ -22,6 +22,7 @@ TEST_F(Handles, PathHandlesCount) {
     unchecked = path.get();
     EXPECT_EQ(unchecked.get(), raw) << "assignment does not ask";
     path = copy = fromRaw = assigned = vpPath();
+    unchecked = unchecked.get();
     EXPECT_EQ(vpLookupPathname(unchecked), nullptr) << "still allocated";
     EXPECT_EQ(VPathConstants::U16_OOPSENTINEL, 0x40);
 }

@@ -39,28 +39,28 @@ TEST_F(HostHooks, EachPathKeepsItsOwnTable) {
     const vpListingFcn oneFile = [](vpPath, const char*, unsigned int**) {
         return std::strcpy(static_cast<char*>(hkCalloc(1, 5)), "x.v");
     };
-    run("tree /a/y.v /b/y.v /c/y.v /d/y.v\n path -");
+    run("tree /a/y.v /b/y.v /c/y.v /d/y.v ; path -");
     vpSetDefaultIOFcns(oneFile, nullptr, nullptr, nullptr, nullptr);
-    run("add /a => /a\nholds /a => y.v | |");
+    run("add /a => /a ; holds /a => y.v | |");
     EXPECT_TRUE(vpSetIOFcns(path, nullptr, nullptr, nullptr, nullptr, nullptr));
-    run("add /b => /b\nholds /b => x.v | |");  // the default, not the previous one
+    run("add /b => /b ; holds /b => x.v | |");  // the default, not the previous one
     EXPECT_TRUE(vpSetIOFcns(path, Host::list, nullptr, nullptr, nullptr, nullptr));
-    run("add /c => /c\nholds /c => y.v | |");
+    run("add /c => /c ; holds /c => y.v | |");
     vpUpdatePathArrayDefaultIOFcns();
-    run("add /d => /d\nholds /d => x.v | |");
+    run("add /d => /d ; holds /d => x.v | |");
 }
 
 TEST_F(HostHooks, ChangeDirectoryFallsBackToTheCLibrary) {
     char before[4096], now[4096];
     ASSERT_NE(getcwd(before, sizeof before), nullptr);
-    run("tree /a/\n path -\n cwd /a =>\n calls chdir => /a");
+    run("tree /a/ ; path - ; cwd /a => ; calls chdir => /a");
     vpSetIOFcns(path, nullptr, nullptr, nullptr, nullptr, nullptr);  // the default is the host's
-    run("cwd /cwd =>\n calls chdir => /cwd");
+    run("cwd /cwd => ; calls chdir => /cwd");
     vpSetDefaultIOFcns(nullptr, nullptr, nullptr, nullptr, nullptr);  // now it is chdir
     vpSetIOFcnsNew(path, nullptr, nullptr, nullptr, nullptr, nullptr, Host::changeDir);
-    run("cwd /a =>\n calls chdir => /a");
+    run("cwd /a => ; calls chdir => /a");
     vpUpdatePathArrayDefaultIOFcns();
-    run("cwd / =>\n calls chdir =>");
+    run("cwd / => ; calls chdir =>");
     EXPECT_STREQ(getcwd(now, sizeof now), "/");
     ASSERT_EQ(chdir(before), 0);
 }
@@ -78,7 +78,7 @@ TEST_F(HostHooks, LongArgumentsOfWarningsAreCut) {
         EXPECT_EQ(step("files A " + name), "null");
         EXPECT_EQ(host.takeMessages(), "warning: Directory name too long: " + cut);
     }
-    run("add /%s%n => \n messages => warning: Name is nonexistent or not a directory: /%s%n");
+    run("add /%s%n =>  ; messages => warning: Name is nonexistent or not a directory: /%s%n");
 }
 
 TEST_F(HostHooks, MessageFunctionsAreSavedAndPutBack) {
@@ -87,9 +87,9 @@ TEST_F(HostHooks, MessageFunctionsAreSavedAndPutBack) {
     EXPECT_TRUE(saved->error == Host::onError && saved->warning == Host::onWarning &&
                 saved->info == Host::onInfo);
     vpSetMessageFcns(nullptr, nullptr, Host::onError);
-    run("add /none =>\n messages =>");
+    run("add /none => ; messages =>");
     vpReturnEnvironmentFcns(saved);
-    run("add /none =>\n messages => warning: Name is nonexistent or not a directory: /none");
+    run("add /none => ; messages => warning: Name is nonexistent or not a directory: /none");
     TheLedger().failAt = 1;
     EXPECT_EQ(vpGetEnvironmentFcns(), nullptr);
 }

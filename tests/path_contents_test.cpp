@@ -123,13 +123,14 @@ replace /new:/a => yes ; on => /cwd /new /a ; calls list => /new ; events => 1|5
 replace :::/b;/new2: => yes ; on => /cwd /b /new2 ; calls list => /b /new2 ; events => 1|5 /new2|6
 replace /a:/b/:/a => yes ; messages => warning: Duplicate directory name: /a ; on => /cwd /a /b
 same A /a => yes ; replace /a:/bad:/b => no ; on => /cwd /a /b
-replace /cwd => yes ; on => /cwd /cwd ; replace '' => yes ; on => /cwd ; list /a:/b:/c ; forget
+replace /cwd => yes ; on => /cwd /cwd ; replace '' => yes ; on => /cwd
+tree /a/f /b/f /c/f ; list /a:/b:/c ; files A f => *:/a/f *:/b/f *:/c/f ; forget
 )");
+    // One that stops keeps what it did not reach, and searches follow the order that comes of it.
     const std::string rest = std::string(4097, 'l') + ":/new";
-    EXPECT_EQ(step("replace /b:" + rest), "no");
+    EXPECT_EQ(step("replace /a:" + rest), "no");
     EXPECT_EQ(host.takeMessages(), "warning: Directory name too long: " + rest);
-    run("count => 4 ; find /a /b /c => 2/a 2/b 2/c ; events => 1|6");  // what it did not reach is
-                                                                       // kept
+    run("on => /cwd /b /c /a ; events => 1|6 ; files A f => *:/b/f *:/c/f *:/a/f");
 }
 
 TEST_F(PathContents, DirectoriesAreFoundByFullName) {

@@ -52,13 +52,13 @@ TEST_F(Reentry, WorkInsideOfWork) {
                 SCOPED_TRACE(inner + " in call " + std::to_string(nth) + " of " + outer);
                 reopen();
                 inside = false;
-                run("keep A /a\n keep C /a/@C\n open A f verify\n next => *:/a/f.v");
+                run("keep A /a ; keep C /a/@C ; open A f verify ; next => *:/a/f.v");
                 atCall(nth, [&] {
                     inside = true;
                     step(inner);
                 });
                 step(outer);
-                run("next\n files A f\n refreshall 4\n add /d\n rest");
+                run("next ; files A f ; refreshall 4 ; add /d ; rest");
                 if (inner == "removepath" && inside) {
                     EXPECT_EQ(vpLookupPath("p").get(), nullptr);
                 }
@@ -86,8 +86,8 @@ TEST_F(Reentry, CallbacksThatThrow) {
             EXPECT_EQ(TheLedger().listings.size(), 0U);
             host.onCall = nullptr;
             if (work == "removepath" || work == "hide 1") continue;
-            run("unfreeze /a\n refreshall 4\n replace /c:/a\n refreshall 4\n"
-                "holds /c => f.v f.p | |\n holds /a => f.v | | @C private");
+            run("unfreeze /a ; refreshall 4 ; replace /c:/a ; refreshall 4 ; "
+                "holds /c => f.v f.p | | ; holds /a => f.v | | @C private");
         }
     }
 }
@@ -119,30 +119,40 @@ TEST_F(Reentry, MemoryThatIsExhausted) {
 // yields after the change.
 TEST_F(Reentry, OpenSearchesAndChangesOfTheirPath) {
     const struct {
-        const char *change, *rest;
+        const char *search, *change, *rest;
     } rows[] = {
-        {"remove /b", "*:/c/f.p *:/c/f.v *:/d/f.v *:rel/f.v"},
-        {"remove /c", "*:/d/f.v *:rel/f.v"},
-        {"remove /a", "*:/c/f.p *:/c/f.v *:/d/f.v *:rel/f.v"},
-        {"rm /b/f.v\n refresh /b 3", "*:/c/f.p *:/c/f.v *:/d/f.v *:rel/f.v"},
-        {"rm /c/f.p\n refresh /c 3", "*:/c/f.v *:/d/f.v *:rel/f.v"},
-        {"rm /c/f.p\n rm /d/f.v\n refreshall 3\n tree /d/f.v", "*:/c/f.v *:rel/f.v"},
-        {"replace /a:/b", ""},
-        {"cwd /new", "*:/c/f.p *:/c/f.v *:/d/f.v"},
-        {"replace ''", ""},
-        {"removepath", ""},
-        {"terminate", ""},
+        {"A f", "remove /b", "*:/c/f.p *:/c/f.v *:/d/f.v *:rel/f.v"},
+        {"A f", "remove /c", "*:/d/f.v *:rel/f.v"},
+        {"A f", "remove /a", "*:/c/f.p *:/c/f.v *:/d/f.v *:rel/f.v"},
+        {"A f", "rm /b/f.v ; refresh /b 3", "*:/c/f.p *:/c/f.v *:/d/f.v *:rel/f.v"},
+        {"A f", "rm /c/f.p ; refresh /c 3", "*:/c/f.v *:/d/f.v *:rel/f.v"},
+        {"A f", "rm /c/f.p ; rm /d/f.v ; refreshall 3 ; tree /d/f.v", "*:/c/f.v *:rel/f.v"},
+        {"A f", "replace /a:/b", ""},
+        {"A f", "cwd /new", "*:/c/f.p *:/c/f.v *:/d/f.v"},
+        {"A f", "replace ''", ""},
+        {"A f", "removepath", ""},
+        {"A f", "terminate", ""},
+        {"D:/m ''", "rm /m/1 ; refresh /m 3", "*:/m/3 *:/m/4"},
+        {"D:/m ''", "rm /m/2 ; tree /m/5 ; refresh /m 3", "*:/m/3 *:/m/4 *:/m/5"},
+        {"D:/m ''", "rm /m/1 ; rm /m/3 ; refresh /m 3", "*:/m/4"},
+        {"D:/m ''", "remove /m", ""},
+        {"O ''", "rm /m/1 ; rm /m/2 ; refresh /m 3", "*:/m/3 *:/m/4"},
+        {"O ''", "replace /c:/m", "*:/m/3 *:/m/4"},
     };
     for (const auto& row : rows) {
         for (const bool heldBack : {false, true}) {
-            SCOPED_TRACE(std::string(row.change) + (heldBack ? ", next one held back" : ""));
+            SCOPED_TRACE(std::string(row.search) + " " + row.change +
+                         (heldBack ? " held back" : ""));
             reopen();
-            run("replace /a:/b:/c:/d:rel\n open A f\n next => *:/a/f.v\n next => *:/b/f.v");
-            if (heldBack) step("bounded");
+            const bool byName = std::string(row.search) == "A f";
+            run(byName ? "replace /a:/b:/c:/d:rel" : "tree /m/1 /m/2 /m/3 /m/4 ; replace /m");
+            step(std::string("open ") + row.search);
+            run("next ; next");
+            if (heldBack && byName) step("bounded");
             run(row.change);
             EXPECT_EQ(step("rest"), row.rest);
             // Left open past its path, and ended after it.
-            run("open A ''\n next\n removepath");
+            run("open A '' ; next ; removepath");
             path = vpPath();
         }
     }

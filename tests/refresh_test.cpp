@@ -13,6 +13,8 @@ refresh /a 1 => /a ; refresh /a 1 => ; refresh /b 1 =>
 time /a 20 ; refresh /a 1 => /a ; refresh /a 1 => /a
 now 21 ; refresh /a 1 => /a ; refresh /a 1 => /a
 now 22 ; refresh /a 1 => /a ; refresh /a 1 =>
+# A re-read that was asked for records the time as well.
+time /a 5 ; mark /a ; refresh /a 4 => /a ; refresh /a 1 =>
 # Back in time is a change too; no time at all is one that is not recorded.
 time /a 3 ; refresh /a 1 => /a ; refresh /a 1 =>
 time /a 0 ; refresh /a 1 => /a ; refresh /a 1 => /a
@@ -78,8 +80,8 @@ TEST_F(Refresh, MarksAndWhomTheyReach) {
 mark NULL => no ; markall ; refreshall 4 => /cwd /a /a/+p /a/@C /a/@C/private /b
 # To be tested, not to be read; a mark says whether it was so.
 unknown ; refreshall 4 => ; mark /a => yes ; mark /a => no
-refreshall 1 => /a ; mark /b => no ; refreshall 4 => /b
-freeze /a ; markall ; mark /a => no ; refreshall 4 => /cwd /b
+refreshall 1 => /a ; mark /b => no ; unknown ; refreshall 4 => /b
+freeze /a ; unknown ; frozen /a => yes ; markall ; mark /a => no ; refreshall 4 => /cwd /b
 )");
 }
 

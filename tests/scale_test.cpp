@@ -11,29 +11,17 @@ namespace {
 constexpr int kMany = 10000;
 constexpr int kVeryMany = 100000;
 
-vpDirAccessibility Accessible(vpPath, const char*) { return vpDirAccessible; }
-bool IsSpecial(vpPath, const char* name) { return std::strchr(name, '@') != nullptr; }
-long Old(vpPath, const char*) { return 10; }
-int ChangeDir(const char* name) { return FakeHost::current()->cwd = name, 0; }
-
-// Whatever the directory, the same names.
-char* SameForAll(vpPath, const char* name, unsigned int** words) {
-    static const char kNames[] = "same.v\0@Cls\0sub\0";
-    *words = static_cast<unsigned*>(hkMalloc(3 * sizeof(unsigned)));
-    (*words)[0] = 0x8000;
-    (*words)[1] = (*words)[2] = 0x4000;
-    auto* listing = static_cast<char*>(hkCalloc(1, sizeof kNames));
-    std::memcpy(listing, kNames, IsSpecial(vpPath(), name) ? 7 : sizeof kNames);
-    return listing;
-}
-
 class Scale : public PathTest {
   protected:
+    // All directories hold the same names, and the last component of those on the path is the same.
+    static std::string numbered(int number) { return "/d/" + std::to_string(number) + "/src"; }
     void SetUp() override {
-        run("path -");
+        host.add({"/cwd/same.v", "/cwd/@Cls/same.v"});
+        for (int at = 0; at < 2 * kMany; ++at) {
+            host.add({numbered(at) + "/same.v", numbered(at) + "/@Cls/same.v"});
+        }
         host.recording = false;
-        vpSetIOFcnsNew(path, SameForAll, Accessible, nullptr, IsSpecial, Old, ChangeDir);
-        vpSetCWDName(path, "/cwd");
+        run("path -");
     }
     // Searches that end with their first match, one for each kind of list.
     void searchFirst(const std::string& expected) {
@@ -53,8 +41,6 @@ class Scale : public PathTest {
         vpDestroySearch(&search);
         return found;
     }
-    // The last component is that of every directory.
-    static std::string numbered(int number) { return "/d/" + std::to_string(number) + "/src"; }
     static std::string listOf(int from, int to, int step) {
         std::string list;
         for (int at = from; at != to; at += step) list += numbered(at) + ":";
@@ -95,9 +81,8 @@ TEST_F(Scale, Replacement) {
         CheckTable(path);
     }
     for (int at = 0; at < kMany; ++at) {
-        const std::string name = "/c/" + std::to_string(at);
-        ASSERT_EQ(vpSetCWDName(path, name.c_str()), nullptr);
-        searchFirst(name);
+        ASSERT_EQ(vpSetCWDName(path, numbered(kMany + at).c_str()), nullptr);
+        searchFirst(numbered(kMany + at));
     }
     vpHideCWD(path, true);
     searchFirst(numbered(0));
@@ -160,16 +145,14 @@ TEST_F(LargeDirectory, OfManySpecialDirectories) {
 // directory ends them.
 TEST_F(LargeDirectory, OfEndlessDepth) {
     host.recording = false;
-    run("path -");
+    run("tree /d/ ; path -");
     const vpListingFcn onePackage = [](vpPath, const char*, unsigned int** words) {
         *words = static_cast<unsigned*>(hkMalloc(sizeof(unsigned)));
         **words = 0x4000;
         return static_cast<char*>(std::memcpy(hkMalloc(4), "+a\0", 4));
     };
-    const vpIsDirectoryFcn isShort = [](vpPath, const char* name) {
-        return std::strlen(name) <= 4096;
-    };
-    vpSetIOFcns(path, onePackage, Accessible, nullptr, isShort, Old);
+    const auto isShort = [](vpPath, const char* name) { return std::strlen(name) <= 4096; };
+    vpSetIOFcns(path, onePackage, nullptr, nullptr, isShort, nullptr);
     step("add /d");
     std::string deepest = "/d";
     while (deepest.size() + 3 <= 4096) deepest += "/+a";

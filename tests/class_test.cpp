@@ -1,0 +1,135 @@
+#include "support/path_test.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace {
+
+// Walks over class and package directories, as the names they visit.
+class ClassWalks : public PathTest {
+  protected:
+    std::string among(vpDir (*next)(vpDir, vpDir), const char* parent) {
+        const vpDir of = dir(parent);
+        return walk(of, [&](const vpDir& at) { return next(of, at); });
+    }
+    template <class Next>
+    static std::string walk(vpDir from, Next next) {
+        std::string names;
+        for (vpDir at = next(from); vpGetDirType(at) != 0; at = next(at)) names += NameOf(at) + " ";
+        return names;
+    }
+    std::string ofClass(const char* from, const char* name) {
+        return walk(*from != '\0' ? dir(from) : vpGetNullDir(path),
+                    [name](const vpDir& at) { return vpGetNextMethodClassDir(at, name); });
+    }
+};
+
+TEST_F(ClassWalks, VisitEachDirectoryOnceInPathOrder) {
+    run(R"(tree /cwd/@A/ /a/@B/ /a/@A/ /a/+p/@A/ /a/+p/+q/ /a/+r/ /b/f.v /c/@a/ /c/@A/x ; path /a:/b:/c)");
+    EXPECT_EQ(among(vpGetMethodDirs, "/a"), "/a/@B /a/@A ");
+    EXPECT_EQ(among(vpGetPackageDirs, "/a"), "/a/+p /a/+r ");
+    EXPECT_EQ(among(vpGetMethodDirs, "/b") + among(vpGetPackageDirs, "/b"), "");
+    EXPECT_EQ(vpGetDirType(vpGetMethodDirs(dir("/a"), dir("/c/@A"))), 0) << "of another directory";
+    EXPECT_EQ(vpGetDirType(vpGetMethodDirs(dir("/a"), vpGetNullDir(path))), 0);
+    EXPECT_EQ(vpGetDirType(vpGetPackageDirs(dir("/a"), dir("/a/@B"))), 0) << "of the other list";
+    EXPECT_EQ(walk(vpGetNullDir(path), vpGetNextMethodDir), "/cwd/@A /a/@B /a/@A /c/@a /c/@A ");
+    EXPECT_EQ(walk(dir("/b"), vpGetNextMethodDir), "/a/@B /a/@A /c/@a /c/@A ");
+    EXPECT_EQ(walk(dir("/a/+p/@A"), vpGetNextMethodDir), "/c/@a /c/@A ");
+    EXPECT_EQ(ofClass("", "A"), "/cwd/@A /a/@A /c/@A ");
+    EXPECT_EQ(ofClass("/cwd", "A"), "/a/@A /c/@A ") << "its own left out";
+    EXPECT_EQ(ofClass("/b", "a"), "/c/@a ");
+    EXPECT_EQ(ofClass("/a/+p/@A", "A") + ofClass("", "none"), "") << "packages are not looked into";
+    vpSetCaseSensitivity(path, false);
+    EXPECT_EQ(ofClass("/cwd", "a"), "/a/@A /c/@A /c/@a ");
+}
+
+class ClassFiles : public PathTest {
+  protected:
+    void SetUp() override {
+        asked.clear();
+        vpSetIsClassFcn([](const char* name) {
+            asked += std::string(name) + " ";
+            return std::strstr(name, "not") == nullptr;
+        });
+    }
+    void TearDown() override { vpSetIsClassFcn(nullptr); }
+
+    // The file that defines the class, or "-".
+    std::string file(const char* name) {
+        const char* exts[] = {"txt", ".v", "p", nullptr};
+        char found[64] = "stale";
+        const bool exists = vpGetClassFile(path, name, found, sizeof found, exts);
+        EXPECT_EQ(vpDoesClassFileExist(path, name, exts), exists ? 1 : 0);
+        return exists ? found : "-";
+    }
+    static std::string takeAsked() { return std::exchange(asked, ""); }
+
+    static std::string asked;
+};
+std::string ClassFiles::asked;
+
+TEST_F(ClassFiles, PreferExtensionsAndPlaces) {
+    run(R"(
+tree /a/Two.v /a/Two.p /a/Both.v /a/@Both/Both.v /a/Text.txt /a/Late.v /a/not.v /a/@not/not.v
+tree /a/@Fall/Fall.txt /b/Fall.v /b/@Late/Late.v /b/Early.v /a/@Early/Early.v /a/@Bare/other.v
+tree /b/@Bare/Bare.p /a/First.m /b/First.v ; path /a:/b)");
+    const struct {
+        const char *name, *file, *asks;
+    } rows[] = {
+        {"Two", "/a/Two.p", "/a/Two.p "},
+        {"Two", "/a/Two.p", ""},
+        {"Both", "/a/Both.v", "/a/@Both/Both.v /a/Both.v "},
+        {"Text", "-", ""},
+        {"Late", "/a/Late.v", "/b/@Late/Late.v /a/Late.v "},
+        {"Early", "/a/@Early/Early.v", "/a/@Early/Early.v "},
+        {"Fall", "/b/Fall.v", "/b/Fall.v "},
+        {"Bare", "/b/@Bare/Bare.p", "/b/@Bare/Bare.p "},
+        {"First", "-", ""},  // the first directory alone is looked at
+        {"not", "-", "/a/@not/not.v /a/not.v "},
+        {"not", "-", ""},
+        {"none", "-", ""},
+        {"two", "-", ""},
+    };
+    for (const auto& row : rows) {
+        EXPECT_EQ(file(row.name), row.file) << row.name;
+        EXPECT_EQ(takeAsked(), row.asks) << row.name;
+    }
+    EXPECT_TRUE(vpIsFileClassdef(path, "/a/Two.p") && vpIsFileClassdef(path, "/a/Two.v"));
+    EXPECT_FALSE(vpIsFileClassdef(path, "/a/Text.txt") || vpIsFileClassdef(path, "/a/@not/not.v") ||
+                 vpIsFileClassdef(path, "/a/none.v") || vpIsFileClassdef(path, "/x/Two.v"));
+    EXPECT_EQ(takeAsked(), "/a/Two.v ") << "the others are known";
+    char small[4];
+    const char* exts[] = {"v", nullptr};
+    EXPECT_TRUE(vpGetClassFile(path, "Both", small, sizeof small, exts));
+    EXPECT_STREQ(small, "/a/");
+}
+
+TEST_F(ClassFiles, InPackagesAndInTheCurrentDirectory) {
+    run(R"(
+tree /a/+p/C.v /a/+p/@D/D.v /a/+p/@E/x.v /a/+p/E.v /a/+p/+q/F.p /b/+p/G.v /a/+p/not.v /b/+p/not.txt
+tree /two/+k/H.v /two/@K/K.v ; path /a:/b)");
+    const char* rows[][2] = {{"p.C", "/a/+p/C.v"},
+                             {"p.D", "/a/+p/@D/D.v"},
+                             {"p.E", "-"},
+                             {"p.q.F", "/a/+p/+q/F.p"},
+                             {"p.G", "/b/+p/G.v"},
+                             {"p.not", "-"},
+                             {"p.q.C", "-"},
+                             {"q.F", "-"},
+                             {"p.", "-"},
+                             {".C", "-"},
+                             {"C", "-"}};
+    for (const auto& row : rows) EXPECT_EQ(file(row[0]), row[1]) << row[0];
+    // Code runs inside a package or class directory: what lies there is no class of its own.
+    EXPECT_EQ(vpSetCWDName(path, "/two/+k"), nullptr);
+    EXPECT_EQ(file("H"), "-");
+    EXPECT_EQ(vpSetCWDName(path, "/two/@K"), nullptr);
+    EXPECT_EQ(file("K"), "-");
+    EXPECT_EQ(vpSetCWDName(path, "/two"), nullptr);
+    EXPECT_EQ(file("K"), "/two/@K/K.v");
+    vpSetIsClassFcn(nullptr);
+    vpRefreshDirectory(dir("/two/@K"), vpRefreshAlways);
+    EXPECT_EQ(file("K"), "-") << "nobody to ask";
+}
+
+}  // namespace
