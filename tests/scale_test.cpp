@@ -118,7 +118,8 @@ class LargeDirectory : public PathTest {
 };
 
 TEST_F(LargeDirectory, OfManyNames) {
-    fillReadAndMerge("", [](int at) { return "f" + std::to_string(at) + ".v"; });
+    fillReadAndMerge(
+        "", [](int at) { return std::string("f").append(std::to_string(at)).append(".v"); });
 }
 
 TEST_F(LargeDirectory, OfOneName) {

@@ -166,8 +166,8 @@ std::string Model::answer(const Question& ask, Want want) const {
         const bool isFile = item.category <= 2;
         const std::string full = item.full();
         const size_t at = full.size() - base.size() - 1;  // where a mark would stand
-        unsigned result = want == kDirs ? 1 : Accepts(ask, given, item.extension);
-        if (want == kSubdirectories && result != 0) result = 0xFFFFFFFF;
+        unsigned result = want == kDirs ? 1 : 0xFFFFFFFF;
+        if (isFile) result = Accepts(ask, given, item.extension);
         if (result == 0 || !Same(item.base, base, ask.caseSensitive) ||
             (want == kSubdirectories && isFile) || (scoped && item.depth > separators) ||
             (isFile && ask.verify && !top.frozen && host.denied.count(full) != 0) ||
@@ -175,8 +175,8 @@ std::string Model::answer(const Question& ask, Want want) const {
             (!dirPart.empty() && !LiesIn(full, dirPart, ask.caseSensitive))) {
             return;
         }
-        hits += (hits.empty() ? "" : " ") + (result == 0xFFFFFFFF ? "*" : std::to_string(result)) +
-                ":" + full;
+        if (!hits.empty()) hits += ' ';
+        hits.append(result == 0xFFFFFFFF ? "*" : std::to_string(result)).append(":").append(full);
     };
 
     const char scope = ask.kind == 'V' && ask.name.find('/') != name.npos ? 'A' : ask.kind;

@@ -220,7 +220,7 @@ VP_EXPORT void vpDiagnostics(int level);
 // Paths and their registry
 
 // vpCreatePathWithPreFrozen(0, name, "", vpCaseDefault, false). With the root "" every directory
-// counts as a toolbox directory and is read frozen.
+// that is added counts as a toolbox directory and is read frozen.
 VP_EXPORT vpPath vpCreatePath(int unused, const char* name);
 
 // Creates and registers a path whose slot 0 is the process's current directory. `name` (null is

@@ -117,7 +117,8 @@ VP_EXPORT unsigned int vpFindNextFile(vpSearch* search, vpDir* dirOut, char* nam
 // vpFindNextFile yields it. `dirOut` must not be null.
 VP_EXPORT unsigned int vpFindNextFileBounded(vpSearch* search, vpDir* dirOut, char* nameOut);
 
-// The next file or plain subdirectory; result as for vpFindNextFile.
+// The next file or plain subdirectory; result as for vpFindNextFile, and 0xFFFFFFFF for a
+// subdirectory, of which neither extension nor readability is asked.
 VP_EXPORT unsigned int vpFindNextUnspecified(vpSearch* search, vpDir* dirOut, char* nameOut);
 
 // The next plain subdirectory: 0xFFFFFFFF, or 0 at the end.

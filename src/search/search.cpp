@@ -134,11 +134,13 @@ vpSearch::Match vpSearch::findNextDir() {
 // put together once.
 unsigned int vpSearch::test(char* nameOut) {
     PathItemInfo& item = *current_;
+    // Extensions and readability are asked of files; a plain subdirectory is taken by its name.
     const unsigned int result =
-        extensions_.accept(item.getExtension(), name_.extension(), caseSensitive_);
+        item.isFile() ? extensions_.accept(item.getExtension(), name_.extension(), caseSensitive_)
+                      : ExtensionList::kAnyExtension;
     PathAllDirItemInfo& holder = item.holder();
     if (result == 0 || !isInReach(holder)) return 0;
-    const bool verifies = verifies_ && !holder.isFrozen();
+    const bool verifies = verifies_ && item.isFile() && !holder.isFrozen();
     if (!verifies && name_.mark() == '\0' && name_.directory() == nullptr) {
         if (nameOut != nullptr) WriteFullName(item, nameOut);
         return result;

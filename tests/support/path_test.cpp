@@ -9,7 +9,8 @@ std::string OnPath(const vpPath& path) {
     std::string names;
     for (vpDir at = vpGetNextPathDir(vpGetNullDir(path)); vpGetDirType(at) != vpDirTypeNone;
          at = vpGetNextPathDir(at)) {
-        names += (names.empty() ? "" : " ") + NameOf(at);
+        if (!names.empty()) names += ' ';
+        names += NameOf(at);
     }
     return names;
 }
@@ -155,7 +156,8 @@ std::string PathTest::step(const std::string& command) {
     const auto each = [&](const std::function<std::string(const char*)>& answer) {
         std::string answers;
         for (const std::string& one : rest) {
-            answers += (answers.empty() ? "" : " ") + answer(one == "NULL" ? nullptr : one.c_str());
+            if (!answers.empty()) answers += ' ';
+            answers += answer(one == "NULL" ? nullptr : one.c_str());
         }
         return answers;
     };
