@@ -76,19 +76,14 @@ tree /b/@Bare/Bare.p /a/First.m /b/First.v ; path /a:/b)");
     const struct {
         const char *name, *file, *asks;
     } rows[] = {
-        {"Two", "/a/Two.p", "/a/Two.p "},
-        {"Two", "/a/Two.p", ""},
-        {"Both", "/a/Both.v", "/a/@Both/Both.v /a/Both.v "},
-        {"Text", "-", ""},
-        {"Late", "/a/Late.v", "/b/@Late/Late.v /a/Late.v "},
-        {"Early", "/a/@Early/Early.v", "/a/@Early/Early.v "},
-        {"Fall", "/b/Fall.v", "/b/Fall.v "},
-        {"Bare", "/b/@Bare/Bare.p", "/b/@Bare/Bare.p "},
-        {"First", "-", ""},  // the first directory alone is looked at
-        {"not", "-", "/a/@not/not.v /a/not.v "},
+        // clang-format off
+        {"Two", "/a/Two.p", "/a/Two.p "}, {"Two", "/a/Two.p", ""}, {"Text", "-", ""},
+        {"Both", "/a/Both.v", "/a/@Both/Both.v /a/Both.v "}, {"First", "-", ""},  // one place alone
+        {"Late", "/a/Late.v", "/b/@Late/Late.v /a/Late.v "}, {"Fall", "/b/Fall.v", "/b/Fall.v "},
+        {"Early", "/a/@Early/Early.v", "/a/@Early/Early.v "}, {"none", "-", ""}, {"two", "-", ""},
+        {"Bare", "/b/@Bare/Bare.p", "/b/@Bare/Bare.p "}, {"not", "-", "/a/@not/not.v /a/not.v "},
         {"not", "-", ""},
-        {"none", "-", ""},
-        {"two", "-", ""},
+        // clang-format on
     };
     for (const auto& row : rows) {
         EXPECT_EQ(file(row.name), row.file) << row.name;
@@ -108,24 +103,19 @@ TEST_F(ClassFiles, InPackagesAndInTheCurrentDirectory) {
     run(R"(
 tree /a/+p/C.v /a/+p/@D/D.v /a/+p/@E/x.v /a/+p/E.v /a/+p/+q/F.p /b/+p/G.v /a/+p/not.v /b/+p/not.txt
 tree /two/+k/H.v /two/@K/K.v ; path /a:/b)");
-    const char* rows[][2] = {{"p.C", "/a/+p/C.v"},
-                             {"p.D", "/a/+p/@D/D.v"},
-                             {"p.E", "-"},
-                             {"p.q.F", "/a/+p/+q/F.p"},
-                             {"p.G", "/b/+p/G.v"},
-                             {"p.not", "-"},
-                             {"p.q.C", "-"},
-                             {"q.F", "-"},
-                             {"p.", "-"},
-                             {".C", "-"},
-                             {"C", "-"}};
+    // clang-format off
+    const char* rows[][2] = {
+        {"p.C", "/a/+p/C.v"}, {"p.D", "/a/+p/@D/D.v"}, {"p.E", "-"}, {"p.q.F", "/a/+p/+q/F.p"},
+        {"p.G", "/b/+p/G.v"}, {"p.not", "-"}, {"p.q.C", "-"}, {"q.F", "-"}, {"p.", "-"},
+        {".C", "-"}, {"C", "-"}};
+    // clang-format on
     for (const auto& row : rows) EXPECT_EQ(file(row[0]), row[1]) << row[0];
     // Code runs inside a package or class directory: what lies there is no class of its own.
-    EXPECT_EQ(vpSetCWDName(path, "/two/+k"), nullptr);
+    run("cwd /two/+k =>");
     EXPECT_EQ(file("H"), "-");
-    EXPECT_EQ(vpSetCWDName(path, "/two/@K"), nullptr);
+    run("cwd /two/@K =>");
     EXPECT_EQ(file("K"), "-");
-    EXPECT_EQ(vpSetCWDName(path, "/two"), nullptr);
+    run("cwd /two =>");
     EXPECT_EQ(file("K"), "/two/@K/K.v");
     vpSetIsClassFcn(nullptr);
     vpRefreshDirectory(dir("/two/@K"), vpRefreshAlways);

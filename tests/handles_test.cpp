@@ -24,7 +24,6 @@ TEST_F(Handles, PathHandlesCount) {
     path = copy = fromRaw = assigned = vpPath();
     unchecked = unchecked.get();
     EXPECT_EQ(vpLookupPathname(unchecked), nullptr) << "still allocated";
-    EXPECT_EQ(VPathConstants::U16_OOPSENTINEL, 0x40);
 }
 
 // Directories and their path in every order of removal and of letting go.
@@ -35,8 +34,8 @@ TEST_F(Handles, TheLastHoldDecides) {
         if (order & 1) vpRemoveDir(a);
         if (order & 2) vpRemovePath(path);
         path = vpPath();
-        EXPECT_EQ(vpIsDirHandleValid(a), (order & 3) == 0);
-        EXPECT_EQ(vpIsDirHandleValid(inner), (order & 3) == 0);
+        const bool alive = (order & 3) == 0;
+        EXPECT_TRUE(vpIsDirHandleValid(a) == alive && vpIsDirHandleValid(inner) == alive) << order;
         EXPECT_EQ(NameOf(a), "/a");
         (order & 4 ? a : inner) = vpDir();
         (order & 4 ? inner : a) = vpDir();
@@ -54,30 +53,25 @@ TEST_F(Handles, AccessorsByKind) {
         int type;
         const char *base, *pathDir, *parent, *privateDir;
     } rows[] = {
-        {"/cwd", 1, "cwd", "/cwd", "", "/cwd/private"},
-        {"/cwd/private", 5, "private", "/cwd", "/cwd", ""},
-        {"/a", 2, "a", "/a", "", ""},
-        {"/a/@C", 4, "C", "/a", "/a", "/a/@C/private"},
-        {"/a/@C/private", 5, "private", "/a", "/a/@C", ""},
-        {"/a/+p", 3, "p", "/a", "/a", ""},
-        {"/a/+p/@D", 4, "D", "/a", "/a/+p", ""},
-        {"/", 2, "/", "/", "", ""},
-        {"rel", 2, "rel", "rel", "", ""},
-        {"rel/@E", 4, "E", "rel", "rel", ""},
+        // clang-format off
+        {"/cwd", 1, "cwd", "/cwd", "", "/cwd/private"}, {"/a", 2, "a", "/a", "", ""},
+        {"/cwd/private", 5, "private", "/cwd", "/cwd", ""}, {"/a/+p", 3, "p", "/a", "/a", ""},
+        {"/a/@C", 4, "C", "/a", "/a", "/a/@C/private"}, {"/", 2, "/", "/", "", ""},
+        {"/a/@C/private", 5, "private", "/a", "/a/@C", ""}, {"rel", 2, "rel", "rel", "", ""},
+        {"/a/+p/@D", 4, "D", "/a", "/a/+p", ""}, {"rel/@E", 4, "E", "rel", "rel", ""},
         {"", 0, "", "", "", ""},
+        // clang-format on
     };
     run("tree /cwd/private/ /a/@C/private/ /a/+p/@D/ rel/@E/ ; path /a:/:rel");
     for (const auto& row : rows) {
-        SCOPED_TRACE(row.name);
         const vpDir at = dir(row.name);
         const std::string name = row.name;
-        EXPECT_TRUE(vpIsDirHandleValid(at) && vpGetPathOfDir(at).get() == path.get());
-        EXPECT_EQ(vpGetDirType(at), row.type);
-        EXPECT_EQ(NameOf(at), name);
-        EXPECT_EQ(NameOf(vpGetPathDir(at)), row.pathDir);
-        EXPECT_EQ(NameOf(vpGetParentDir(at)), row.parent);
-        EXPECT_EQ(NameOf(vpGetPrivateDir(at)), row.privateDir);
-        EXPECT_EQ(vpIsAbsoluteDir(at), name.empty() || name[0] == '/');
+        EXPECT_TRUE(vpIsDirHandleValid(at) && vpGetPathOfDir(at).get() == path.get()) << name;
+        EXPECT_TRUE(vpGetDirType(at) == row.type && NameOf(at) == name) << name;
+        EXPECT_EQ(NameOf(vpGetPathDir(at)), row.pathDir) << name;
+        EXPECT_EQ(NameOf(vpGetParentDir(at)), row.parent) << name;
+        EXPECT_EQ(NameOf(vpGetPrivateDir(at)), row.privateDir) << name;
+        EXPECT_EQ(vpIsAbsoluteDir(at), name.empty() || name[0] == '/') << name;
         if (name.empty()) continue;
         char joined[100];
         EXPECT_STREQ(vpGetBaseDirName(at), row.base);
@@ -85,12 +79,9 @@ TEST_F(Handles, AccessorsByKind) {
         EXPECT_EQ(joined, (name == "/" ? "" : name) + "/sub/x");
     }
     EXPECT_FALSE(vpIsSameDir(dir("/a"), dir("/a/+p")));
-    for (const char* name : {"private", "/a/PRIVATE", "Private", "/private"}) {
-        EXPECT_TRUE(vpIsPrivateDirName(name)) << name;
-    }
-    for (const char* name : {"", "/private/a", "privat", "privates", "@private", "/"}) {
-        EXPECT_FALSE(vpIsPrivateDirName(name)) << name;
-    }
+    const char* names[] = {"private", "/a/PRIVATE", "Private", "/private",  // and not:
+                           "",        "/private/a", "privat",  "privates", "@private", "/"};
+    for (const auto& name : names) EXPECT_EQ(vpIsPrivateDirName(name), &name - names < 4) << name;
 }
 
 TEST_F(Handles, NullAndDeadHandlesAnswerNothing) {
@@ -111,20 +102,18 @@ TEST_F(Handles, NullAndDeadHandlesAnswerNothing) {
         vpFreeze(each);
         vpUnFreeze(each);
         vpRefreshDirectory(each, vpRefreshAlways);
-        EXPECT_TRUE(vpCreateVisibleSearch(each, "f", nullptr, vpReadCheckSkip) == nullptr &&
-                    vpCreateDirSearch(each, "f", nullptr, vpReadCheckSkip) == nullptr &&
-                    vpCreatePrivateSearch(each, "", nullptr, vpReadCheckSkip) == nullptr);
-        EXPECT_EQ(vpFindFirstFileVisibleToDir(each, "f", nullptr, vpReadCheckSkip, nullptr, name),
-                  0U);
+        EXPECT_TRUE(
+            !vpCreateVisibleSearch(each, "f", nullptr, vpReadCheckSkip) &&
+            !vpCreateDirSearch(each, "f", nullptr, vpReadCheckSkip) &&
+            !vpCreatePrivateSearch(each, "", nullptr, vpReadCheckSkip) &&
+            !vpFindFirstFileVisibleToDir(each, "f", nullptr, vpReadCheckSkip, nullptr, name));
     }
     EXPECT_TRUE(vpGetDirType(vpDir()) == 0 && vpIsAbsoluteDir(vpDir()));
     EXPECT_EQ(vpGetPathOfDir(vpDir()).get(), nullptr);
     run("calls => ; printed => ; messages =>");
 }
 
-class Listeners : public PathTest {};
-
-TEST_F(Listeners, AFreedPlaceIsTakenAgain) {
+TEST_F(Handles, AListenersFreedPlaceIsTakenAgain) {
     run("tree /a/ /b/ /c/ /d/ ; path -");  // with one listener
     const vpRegisteredInterest second = vpRegisterPathInterest(path, FakeHost::secondListener);
     EXPECT_TRUE(second.index == 1 && second.path.get() == path.get());
@@ -138,8 +127,7 @@ TEST_F(Listeners, AFreedPlaceIsTakenAgain) {
         if (event != "5 /c") return;
         host.onCall = nullptr;
         vpCancelPathInterest(second);
-        vpRegisterPathInterest(path, FakeHost::listener);
-        vpRegisterPathInterest(path, FakeHost::listener);
+        for (int more = 0; more < 2; ++more) vpRegisterPathInterest(path, FakeHost::listener);
     };
     run("add /c ; events => 5 /c|5 /c ; add /d ; events => 5 /d|5 /d|5 /d ; add /d ; events =>");
     host.onCall = [&](const std::string& event) {
@@ -151,29 +139,23 @@ TEST_F(Listeners, AFreedPlaceIsTakenAgain) {
     run("printed =>");
 }
 
-TEST_F(Listeners, SuppressionSilencesRereadsAndSpecialDirectories) {
+TEST_F(Handles, SuppressionSilencesRereadsAndReloadMessagesGiveBareNames) {
     run(R"(
 tree /a/@C/ /a/+p/private/ /b/private/ ; path /a ; cwd /b ; replace /b ; replace /a
 events => 2|5 /b/private|5 /b|7|1|5 /b/private|5 /b|6|1|5 /a/@C|5 /a/+p/private|5 /a/+p|6
-refreshall 3 ; events => 0 /b|0 /b/private|0 /a|0 /a/+p|0 /a/+p/private|0 /a/@C
-)");
+refreshall 3 ; events => 0 /b|0 /b/private|0 /a|0 /a/+p|0 /a/+p/private|0 /a/@C ; messages =>)");
     vpSuppressChangeNotify(path, true);
     run("cwd /cwd ; replace /b ; refreshall 3 ; events => ; cwd /b ; events => 2|5 /b|7");
-    const vpPath quiet = vpCreatePathWithPreFrozen(0, "quiet", nullptr, vpCaseDefault, true);
-    vpRegisterPathInterest(quiet, FakeHost::listener);
-    vpAddDir(quiet, "/a", vpAddAtEnd);
-    run("events => 5 /a");
-}
-
-TEST_F(Listeners, ReloadMessagesNameTheDirectoryWithoutItsMark) {
-    run("tree /a/@C/private/ /a/+p/ ; path /a");
     EXPECT_FALSE(vpSetDirectoryReloadMessages(path, true));
     EXPECT_TRUE(vpSetDirectoryReloadMessages(path, true));
-    run("refresh /a 3 ; messages => "
-        "info: a reloaded.|info: p reloaded.|info: C reloaded.|info: private reloaded.");
+    run("replace /a ; refresh /a 3 ; messages => "
+        "info: a reloaded.|info: p reloaded.|info: private reloaded.|info: C reloaded.");
     EXPECT_TRUE(vpSetDirectoryReloadMessages(path, false));
     run("refresh /a 3 ; messages =>");
     EXPECT_EQ(vpSetNotificationHandleWarnings(path, vpWarnInvalidCNHOn), 0);
+    path = vpCreatePathWithPreFrozen(0, "quiet", nullptr, vpCaseDefault, true);
+    vpRegisterPathInterest(path, FakeHost::listener);
+    run("add /a ; events => 5 /a");
 }
 
 }  // namespace

@@ -10,15 +10,11 @@ TEST_F(PathContents, OnlySuitableDirectoriesAreAdded) {
     run(R"(
 tree /a/@c/sub/ /+p/@c/ /private/ /x/PRIVATE/ /x/@/ /x/+/ /x/privates/ /f rel/ /no/ /odd/ /odder/
 access /no 3 ; access /odd 0 ; access /odder 2 ; access /oddest 5 ; forget
-tryadd /a => /a
-calls => access /a|time /a|list /a|isdir /a/@c|time /a/@c|list /a/@c
+tryadd /a => /a ; calls => access /a|time /a|list /a|isdir /a/@c|time /a/@c|list /a/@c
 tryadd /+p/@c => warning: Method directories not allowed in VESPRA path: /+p/@c
-tryadd /+p => warning: Package directories not allowed in VESPRA path: /+p
 tryadd +p => warning: Package directories not allowed in VESPRA path: +p
 tryadd /private => warning: Private directories not allowed in VESPRA path: /private
-tryadd /a => warning: Duplicate directory name: /a
-# So far nobody was asked.
-calls =>
+tryadd /a => warning: Duplicate directory name: /a ; calls =>
 tryadd /no => warning: Directory permission denied: /no
 tryadd /none => warning: Name is nonexistent or not a directory: /none
 tryadd /f => warning: Name is nonexistent or not a directory: /f
@@ -27,26 +23,19 @@ tryadd /odder => warning: Directory access failure: /odder
 tryadd /oddest => warning: Directory access failure: /oddest
 calls => access /no|access /none|access /f|access /odd|access /odder|access /oddest
 # Judged by the last component alone.
-tryadd /a/@c/sub => /a/@c/sub
-tryadd /x/PRIVATE => /x/PRIVATE ; tryadd /x/privates => /x/privates
-tryadd /x/@ => /x/@ ; tryadd /x/+ => /x/+
-tryadd / => / ; tryadd / => warning: Duplicate directory name: /
-tryadd rel => rel ; tryadd rel => warning: Duplicate directory name: rel
-tryadd /cwd => /cwd ; tryadd /cwd => warning: Duplicate directory name: /cwd
-find / rel /x/@ /f => 2/ 2rel 2/x/@ 0
+tryadd /a/@c/sub => /a/@c/sub ; tryadd /x/PRIVATE => /x/PRIVATE ; tryadd /x/privates => /x/privates
+tryadd /x/@ => /x/@ ; tryadd /x/+ => /x/+ ; tryadd / => / ; tryadd rel => rel ; tryadd /cwd => /cwd
+tryadd / => warning: Duplicate directory name: /
+tryadd rel => warning: Duplicate directory name: rel
+tryadd /cwd => warning: Duplicate directory name: /cwd ; find / rel /x/@ /f => 2/ 2rel 2/x/@ 0
 events => 5 /a/@c|5 /a|5 /a/@c/sub|5 /x/PRIVATE|5 /x/privates|5 /x/@|5 /x/+|5 /+p/@c|5 /+p|5 /private|5 /|5 rel|5 /cwd
-)");
-}
-
-TEST_F(PathContents, NamesAreNormalisedAndFollowTheCaseRule) {
-    run(R"(
-tree /a/ /A/ /x/Private/ ; path /a - 1
+# Names are normalised and follow the case rule.
+removepath ; tree /A/ /x/Private/ ; path /a - 1
 tryadd '' => ; tryadd NULL => ; tryadd // => ; tryadd :; => ; calls =>
 tryadd /A => warning: Duplicate directory name: /A
 tryadd /x/Private => warning: Private directories not allowed in VESPRA path: /x/Private
-replace /A => yes ; sensitive 1 ; tryadd /A//:;: => /A ; on => /cwd /a /A
-find /a/ /a: => 2/a 0
-)");
+replace /A => yes ; sensitive 1 ; tryadd /A//:;: => /A
+on => /cwd /a /A ; find /a/ /a: => 2/a 0)");
     const std::string longest = "/" + std::string(4095, 'n'), tooLong = longest + "n";
     host.add({longest + "/", tooLong + "/"});
     EXPECT_EQ(step("tryadd " + longest), longest);
@@ -62,17 +51,16 @@ TEST_F(PathContents, ListsAreSplitAndAnswerWhatComesFirst) {
     const struct {
         std::string list, atEnd, atBeginning, message;  // the path that comes of it, and the answer
     } rows[] = {
-        {"/a:/b:/c", "/a /b /c=/a", "/c /b /a=/c", ""},
-        {"/a;/b", "/a /b=/a", "/b /a=/b", ""},
-        {"/a::/b", "/a /b=/a", "/b /a=/b", ""},
-        {":/a", "/a=", "/a=/a", ""},
-        {"/a:", "/a=/a", "/a=/a", ""},
-        {"/a;:", "/a=/a", "/a=", ""},
+        // clang-format off
+        {"/a:/b:/c", "/a /b /c=/a", "/c /b /a=/c", ""}, {"/a;/b", "/a /b=/a", "/b /a=/b", ""},
+        {"/a::/b", "/a /b=/a", "/b /a=/b", ""}, {":/a", "/a=", "/a=/a", ""},
+        {"/a:", "/a=/a", "/a=/a", ""}, {"/a;:", "/a=/a", "/a=", ""},
         {"/bad:/a", "/a=", "/a=/a", none + "/bad"},
         {"/a/:/a:/b", "/a /b=/a", "/b /a=/b", "Duplicate directory name: /a"},
         {"/a:" + tooLong + ":/b", "/a=/a", "/a=/a", "Directory name too long: " + tooLong + ":/b"},
         {tooLong, "=", "=", "Directory name too long: " + tooLong},
         {longest + ":/b", "/b=", "/b=/b", none + longest},
+        // clang-format on
     };
     for (const auto& row : rows) {
         for (const bool atEnd : {true, false}) {
@@ -95,16 +83,13 @@ tree /a/f.v /a/@C/f.v /b/ ; path /a:/b ; keep A /a ; keep C /a/@C
 # The current directory, special and unknown ones cannot be removed.
 remove /cwd ; remove /a/@C ; remove /none ; on => /cwd /a /b
 remove /a ; on => /cwd /b ; find /a /a/@C => 0 0 ; files A f =>
-kept A => dead /a ; kept C => dead /a/@C ; events => ; calls =>
-tree /a/g.v ; rm /a/f.v ; add /a => /a
-calls => access /a|time /a|list /a|isdir /a/@C|time /a/@C|list /a/@C
+kept A => dead /a ; kept C => dead /a/@C ; events => ; calls => ; tree /a/g.v ; rm /a/f.v
+add /a => /a ; calls => access /a|time /a|list /a|isdir /a/@C|time /a/@C|list /a/@C
 # There is no event for the directory itself.
-events => 5 /a/@C
-same A /a => yes ; kept A => alive /a ; kept C => dead /a/@C
+events => 5 /a/@C ; same A /a => yes ; kept A => alive /a ; kept C => dead /a/@C
 holds /a => g.v | | @C ; on => /cwd /b /a ; files A @C/f => *:/a/@C/f.v
 remove /a ; access /a 3 ; tryadd /a => warning: Directory permission denied: /a
-kept A => dead /a ; on => /cwd /b
-)");
+kept A => dead /a ; on => /cwd /b)");
     const vpDir cwd = vpGetCWD(path), b = dir("/b");
     EXPECT_TRUE(vpIsSameDir(vpSelectDirFirstOnPath(b, cwd), cwd) &&
                 vpIsSameDir(vpSelectDirFirstOnPath(cwd, b), cwd));
@@ -122,10 +107,9 @@ replace /new:/a => yes ; on => /cwd /new /a ; calls list => /new ; events => 1|5
 # /b had left, and is read again.
 replace :::/b;/new2: => yes ; on => /cwd /b /new2 ; calls list => /b /new2 ; events => 1|5 /new2|6
 replace /a:/b/:/a => yes ; messages => warning: Duplicate directory name: /a ; on => /cwd /a /b
-same A /a => yes ; replace /a:/bad:/b => no ; on => /cwd /a /b
-replace /cwd => yes ; on => /cwd /cwd ; replace '' => yes ; on => /cwd
-tree /a/f /b/f /c/f ; list /a:/b:/c ; files A f => *:/a/f *:/b/f *:/c/f ; forget
-)");
+same A /a => yes ; replace /a:/bad:/b => no ; on => /cwd /a /b ; replace /cwd => yes
+on => /cwd /cwd ; replace '' => yes ; on => /cwd ; tree /a/f /b/f /c/f ; list /a:/b:/c
+files A f => *:/a/f *:/b/f *:/c/f ; forget)");
     // One that stops keeps what it did not reach, and searches follow the order that comes of it.
     const std::string rest = std::string(4097, 'l') + ":/new";
     EXPECT_EQ(step("replace /a:" + rest), "no");
@@ -136,29 +120,21 @@ tree /a/f /b/f /c/f ; list /a:/b:/c ; files A f => *:/a/f *:/b/f *:/c/f ; forget
 TEST_F(PathContents, DirectoriesAreFoundByFullName) {
     run(R"(
 tree /cwd/@C/ /a/private/ /a/@C/private/ /a/+p/@D/Private/ /a/+p/+q/ /b/@C/ /x/a/private/ rel/+p/ /a/s/
-path /a:/b:/x/a:rel
-find /a/// /cwd rel => 2/a 1/cwd 2rel
+path /a:/b:/x/a:rel ; find /a/// /cwd rel => 2/a 1/cwd 2rel
 find a /A /x /cwd/rel NULL => 0 0 0 0 0
 find /a/private /x/a/private /a/@C/private/ => 5/a/private 5/x/a/private 5/a/@C/private
-find /a/@C /b/@C /cwd/@C /a/+p/@D => 4/a/@C 4/b/@C 4/cwd/@C 4/a/+p/@D
-find /a/+p/+q /a/+p/@D/Private rel/+p => 3/a/+p/+q 5/a/+p/@D/Private 3rel/+p
-find /a/PRIVATE /b/private /a/@c /a/+q /a/s /a/@ => 0 0 0 0 0 0
-# The current directory comes last.
-add /cwd ; find /cwd => 2/cwd
+find /a/@C /b/@C /cwd/@C /a/+p/@D rel/+p => 4/a/@C 4/b/@C 4/cwd/@C 4/a/+p/@D 3rel/+p
+find /a/+p/+q /a/+p/@D/Private /a/PRIVATE => 3/a/+p/+q 5/a/+p/@D/Private 0
+find /b/private /a/@c /a/+q /a/s /a/@ => 0 0 0 0 0 ; add /cwd ; find /cwd => 2/cwd
 sensitive 0 ; find /A/PRIVATE /A/+P/@d => 5/a/private 4/a/+p/@D
-)");
-}
-
-TEST_F(PathContents, CheckIsDirAsksAboutEntriesOfUnknownKind) {
-    run(R"(
-words 0 ; tree /cwd/c/ /a/sub/ /a/d.x/ /a/d.y /b/sub/ ; path /a
+# Entries of unknown kind are asked about once.
+removepath ; words 0 ; tree /cwd/c/ /a/sub/ /a/d.x/ /a/d.y /b/sub/ ; path /a
 checkdir /a/sub /a/d.x /a/d.y /cwd/c => yes yes no yes
 calls => isdir /a/sub|isdir /a/d.x|isdir /a/d.y|isdir /cwd/c
 # Not listed, not on the path, no directory part, not in the listing yet.
 tree /a/later/ ; checkdir /a/none /b/sub sub /a '' NULL /a/later => no no no no no no no
 # Where the listing has said what it is, nobody asks.
-words 1 ; remove /a ; add /a ; forget ; checkdir /a/d.y => no ; calls =>
-)");
+words 1 ; remove /a ; add /a ; forget ; checkdir /a/d.y => no ; calls =>)");
 }
 
 TEST_F(PathContents, DeadPathsAnswerAsEmptyOnes) {

@@ -10,17 +10,13 @@ class PathRegistry : public PathTest {
     }
 };
 
-TEST_F(PathRegistry, CreationReadsTheProcessesDirectory) {
+TEST_F(PathRegistry, CreationReadsTheProcessesDirectoryIfItCan) {
     host.add({"f.v", "@C/", "private/g.v"});
     path = vpCreatePath(7, "p");
     run(R"(
 calls => access /cwd|time /cwd|list /cwd|isdir /cwd/@C|time /cwd/@C|list /cwd/@C|isdir /cwd/private|time /cwd/private|list /cwd/private
 # The first directory has no setting to take over; what is added lies below the empty root.
-on => /cwd ; count => 1 ; add / ; frozen /cwd / => no yes
-)");
-}
-
-TEST_F(PathRegistry, AnUnusableProcessDirectoryLeavesTheFirstSlotEmpty) {
+on => /cwd ; count => 1 ; add / ; frozen /cwd / => no yes)");
     for (const bool unknown : {true, false}) {
         host.reset();
         host.cwdUnknown = unknown;
@@ -35,8 +31,13 @@ TEST_F(PathRegistry, AnUnusableProcessDirectoryLeavesTheFirstSlotEmpty) {
 }
 
 TEST_F(PathRegistry, NamesAreUniqueAndExact) {
+    const auto owns = [&](const vpPath& each) {  // the process's directory
+        vpSetCWDName(each, "/cwd");
+        return host.takeCalls("chdir") == "/cwd";
+    };
     const vpPath first = create("P"), lower = create("p", vpCaseInsensitive),
                  empty = create(nullptr);
+    EXPECT_TRUE(owns(first) && !owns(lower));
     EXPECT_TRUE(create("P").get() == nullptr && create("").get() == nullptr);
     EXPECT_EQ(host.takeMessages(),
               "error: Duplicate path name P specified, cannot construct path|"
@@ -49,24 +50,20 @@ TEST_F(PathRegistry, NamesAreUniqueAndExact) {
     EXPECT_EQ(vpLookupPathname(first), nullptr);
     const vpPath again = create("P");
     vpRemovePath(first);  // no effect on its successor
+    EXPECT_FALSE(owns(again) || owns(lower));
     EXPECT_TRUE(again.get() != nullptr && vpLookupPath("P").get() == again.get());
     create("kept");  // dropping the last handle does not remove a path
     EXPECT_STREQ(vpLookupPathname(vpLookupPath("kept")), "kept");
     run("terminate => no ; terminate => yes");
     EXPECT_EQ(vpLookupPath("p").get(), nullptr);
-}
-
-TEST_F(PathRegistry, OnlyTheFirstLivePathOwnsTheProcessDirectory) {
-    const auto owns = [&](const vpPath& each) {
-        vpSetCWDName(each, "/cwd");
-        return host.takeCalls("chdir") == "/cwd";
-    };
-    const vpPath first = create("1"), second = create("2");
-    EXPECT_TRUE(owns(first) && !owns(second));
-    vpRemovePath(first);
-    EXPECT_FALSE(owns(create("3")) || owns(second));
-    vpTerminate();
-    EXPECT_TRUE(owns(create("4")));
+    EXPECT_TRUE(owns(create("the first again")));
+    // The current name is a slot for the pointer.
+    const char* const name = "anything";
+    EXPECT_FALSE(vpCurrentPathExists());
+    vpSetCurrentPathname(name);
+    EXPECT_TRUE(vpGetCurrentPathname() == name && vpCurrentPathExists());
+    vpSetDefaultPathname(nullptr);
+    EXPECT_EQ(vpGetCurrentPathname(), nullptr);
 }
 
 TEST_F(PathRegistry, CaseRules) {
@@ -88,8 +85,7 @@ tree /lib/a/@C/ /library/ /LIB/b/ /li/ ; path /lib/a:/library:/LIB/b:/li /lib
 frozen /cwd /lib/a /lib/a/@C /library /LIB/b /li => no yes yes yes no no ; removepath
 path /lib/a:/library:/LIB/b:/li /lib 1
 frozen /cwd /lib/a /lib/a/@C /library /LIB/b /li => no yes yes yes yes no ; removepath
-path /lib/a:/library /lib/ ; frozen /lib/a /library => yes no
-)");
+path /lib/a:/library /lib/ ; frozen /lib/a /library => yes no)");
 }
 
 TEST_F(PathRegistry, RemovalTellsListenersWhileThePathLives) {
@@ -102,15 +98,6 @@ TEST_F(PathRegistry, RemovalTellsListenersWhileThePathLives) {
     run("removepath ; events => 9 ; kept A => dead /a ; kept C => dead /a/@C ; kept N => dead");
     run("removepath ; events =>");
     EXPECT_EQ(vpPath(path.get()).get(), nullptr);
-}
-
-TEST_F(PathRegistry, CurrentPathnameIsASlotForThePointer) {
-    const char* const name = "anything";
-    EXPECT_FALSE(vpCurrentPathExists());
-    vpSetCurrentPathname(name);
-    EXPECT_TRUE(vpGetCurrentPathname() == name && vpCurrentPathExists());
-    vpSetDefaultPathname(nullptr);
-    EXPECT_EQ(vpGetCurrentPathname(), nullptr);
 }
 
 }  // namespace

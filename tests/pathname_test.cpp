@@ -1,10 +1,8 @@
 #include <pwd.h>
-#include <unistd.h>
 
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
-#include <fstream>
 #include <string>
 #include <vector>
 
@@ -19,6 +17,7 @@
 #include "pathname/join.h"
 #include "pathname/normalize.h"
 #include "pathname/path_list.h"
+#include "support/temp_tree.h"
 
 namespace {
 
@@ -29,8 +28,7 @@ std::string g_sent;  // every message behind the letter of its channel
 // Collects messages, and gives the process back its HOME and its directory.
 class Pathname : public testing::Test {
   protected:
-    Pathname() : functions_(MessageFunctions()), directory_(std::filesystem::current_path()) {
-        if (const char* home = std::getenv("HOME")) home_ = home;
+    Pathname() {
         g_sent.clear();
         MessageFunctions() = {[](const char* text) { g_sent += std::string("E:") + text; },
                               [](const char* text) { g_sent += std::string("W:") + text; },
@@ -43,26 +41,36 @@ class Pathname : public testing::Test {
     }
 
   private:
-    vpEnvironmentFcns functions_;
-    std::filesystem::path directory_;
-    std::string home_;
+    const vpEnvironmentFcns functions_ = MessageFunctions();
+    const std::filesystem::path directory_ = std::filesystem::current_path();
+    const std::string home_ = std::getenv("HOME") ? std::getenv("HOME") : "";
 };
 
-TEST_F(Pathname, Extensions) {
-    // Name, what precedes its extension (null: it has none), what precedes the last '.'.
-    const char* const rows[][3] = {{"", nullptr, ""},        {"a.b/c", nullptr, "a"},
-                                   {"c.v", "c", "c"},        {"f.tar.gz", "f.tar", "f.tar"},
-                                   {".cshrc", "", ".cshrc"}, {"/.v", "/", "/"},
-                                   {"f.", "f", "f"},         {"a/", nullptr, "a/"}};
-    for (const auto& [name, stem, base] : rows) {
+TEST_F(Pathname, ExtensionsAndLastComponents) {
+    // clang-format off
+    // Name, what precedes its extension (null: it has none), what precedes the last '.', the last
+    // component.
+    const char* const rows[][4] = {
+        {"", nullptr, "", ""}, {"a.b/c", nullptr, "a", "c"}, {"c.v", "c", "c", "c.v"},
+        {"f.tar.gz", "f.tar", "f.tar", "f.tar.gz"}, {".cshrc", "", ".cshrc", ".cshrc"},
+        {"/.v", "/", "/", ".v"}, {"f.", "f", "f", "f."}, {"a/", nullptr, "a/", "a"},
+        {"/a/c/", nullptr, "/a/c/", "c"}, {"/a//", nullptr, "/a//", ""}, {"/", nullptr, "/", ""}};
+    // clang-format on
+    for (const auto& [name, stem, base, last] : rows) {
         char dst[32];
         const int dot = stem ? static_cast<int>(std::strlen(stem)) : -1;
         EXPECT_EQ(vpFindFileExt(name), dot) << name;
         EXPECT_EQ(vpChangeFileExtension(name, dst, ".p"), stem ? dst + dot : dst);
         EXPECT_EQ(dst, std::string(stem ? stem : name) + ".p");
         EXPECT_STREQ(vpGetBaseFileName(name, dst), base) << name;
+        EXPECT_STREQ(vpExtractSubdir(dst, name), last) << name;
     }
+    char dst[] = "#";
+    EXPECT_STREQ(vpExtractSubdir(dst, nullptr), "");
+    EXPECT_EQ(vpExtractSubdir(nullptr, "a"), nullptr);
     EXPECT_EQ(vpFindFileExt(nullptr), -1);
+    EXPECT_TRUE(IsPrivateName(LastComponent("/a/PRIVATE/")));
+    EXPECT_FALSE(IsPrivateName("privat") || IsPrivateName("privates"));
 }
 
 // The rule in other words: of the separators at the seam each side loses one, and one is put in.
@@ -82,8 +90,7 @@ TEST_F(Pathname, JoiningAgreesWithTheRuleOnAllShortNames) {
             const std::string expected = Joined(dir, name);
             char dst[16];
             ASSERT_EQ(vpCombinePathName(dst, dir.c_str(), name.c_str()), expected);
-            std::strcpy(dst, dir.c_str());
-            ASSERT_EQ(vpConcatPathSubdir(dst, name.c_str()), expected);
+            ASSERT_EQ(vpConcatPathSubdir(std::strcpy(dst, dir.c_str()), name.c_str()), expected);
             std::strcpy(dst + 1, dir.c_str());  // overlapping
             ASSERT_EQ(vpCombinePathName(dst, dst + 1, name.c_str()), expected);
             HkString grown(dir.c_str());
@@ -93,47 +100,36 @@ TEST_F(Pathname, JoiningAgreesWithTheRuleOnAllShortNames) {
     }
 }
 
-TEST_F(Pathname, LastComponents) {
-    const char* const rows[][2] = {{"/a/b/c", "c"}, {"/a/b/c/", "c"}, {"c", "c"}, {"/c", "c"},
-                                   {"/a//", ""},    {"/", ""},        {"", ""},   {nullptr, ""}};
-    for (const auto& [name, expected] : rows) {
-        char dst[16] = "#";
-        EXPECT_STREQ(vpExtractSubdir(dst, name), expected) << name;
-    }
-    EXPECT_EQ(vpExtractSubdir(nullptr, "a"), nullptr);
-    EXPECT_TRUE(IsPrivateName(LastComponent("/a/PRIVATE/")));
-    EXPECT_FALSE(IsPrivateName("privat") || IsPrivateName("privates"));
-}
-
 TEST_F(Pathname, CombiningDirectories) {
-    const char* const rows[][2] = {
-        {"x", "/b/x"},   {"./x", "./x"},    {"../x", "../x"}, {".", "/b/."}, {"..", "/b/.."},
-        {".x", "/b/.x"}, {"..x", "/b/..x"}, {"/x", "/x"},     {"~u", "~u"},  {"", "/b/"}};
-    char dst[4400] = "#";
-    const std::string longest(4352, '/');
-    EXPECT_FALSE(vpCombineDirectory(dst, "/b", (longest + "/").c_str()));
-    EXPECT_FALSE(vpCombineDirectory(dst, "/b", std::string(4350, 'x').c_str()));
-    EXPECT_STREQ(dst, "#");
-    EXPECT_TRUE(vpCombineDirectory(dst, "/b", longest.c_str()));
-    EXPECT_EQ(dst, longest);
-    EXPECT_TRUE(vpCombineDirectory(dst, "/b", std::string(4349, 'x').c_str()));
-    EXPECT_EQ(dst, "/b/" + std::string(4349, 'x'));
+    const std::string longest(4352, '/'), name(4349, 'x');
+    // clang-format off
+    const std::string rows[][2] = {  // an empty result: too long
+        {"x", "/b/x"}, {"./x", "./x"}, {"../x", "../x"}, {".", "/b/."}, {"..", "/b/.."},
+        {".x", "/b/.x"}, {"..x", "/b/..x"}, {"/x", "/x"}, {"~u", "~u"}, {"", "/b/"},
+        {longest, longest}, {longest + "/", ""}, {name, "/b/" + name}, {name + "x", ""}};
+    // clang-format on
     for (const auto& [rel, expected] : rows) {
-        EXPECT_TRUE(vpCombineDirectory(dst, "/b", rel));
-        EXPECT_STREQ(dst, expected);
+        char dst[4400] = "#";
+        EXPECT_EQ(vpCombineDirectory(dst, "/b", rel.c_str()), !expected.empty());
+        EXPECT_EQ(dst, expected.empty() ? "#" : expected);
     }
 }
 
 TEST_F(Pathname, Separating) {
-    const char* const rows[][3] = {{"/a/f.v", "/a", "f.v"},
-                                   {"f", "", "f"},
-                                   {"/f", "/", "f"},
-                                   {"a/", "a", ""},
-                                   {"", "", ""},
-                                   {"//f", "/", "f"},
-                                   {"\x01/\xFF/f", "\x01/\xFF", "f"},
-                                   {"\xE3/\xC3\xA4", "\xE3", "\xC3\xA4"}};
-    for (const auto& [name, dir, file] : rows) {
+    // clang-format off
+    // Name, what precedes its last separator, what follows it; then directory part and leaf of the
+    // search name (null: nothing is left).
+    const char* const rows[][5] = {
+        {"f.v", "", "f.v", "", "f.v"}, {"/", "/", "", "/", ""}, {"/f", "/", "f", "/", "f"},
+        {"+p//f/", "+p//f", "", "+p//", "f"}, {"a/f:", "a", "f:", "a/", "f:"},
+        {"//", "/", "", nullptr, ""}, {"a/", "a", "", "", "a"}, {"//f", "/", "f", "//", "f"},
+        {"\x01/\xFF/f", "\x01/\xFF", "f", "\x01/\xFF/", "f"}, {"\xE3/a", "\xE3", "a", "\xE3/", "a"},
+        {"\xC3\xA4/\xE3", "\xC3\xA4", "\xE3", "\xC3\xA4/", "\xE3"}};
+    // clang-format on
+    char unset = '#';
+    char* kept = &unset;
+    int leafLength = -1;
+    for (const auto& [name, dir, file, searchDir, leaf] : rows) {
         std::string path = name;
         char* const start = path.data() + path.size() - std::strlen(file);
         char dst[16] = "#";
@@ -145,10 +141,22 @@ TEST_F(Pathname, Separating) {
         EXPECT_EQ(vpSeparatePathName(path.data(), path.data()), start) << name;
         EXPECT_STREQ(start, std::string(name) == "/f" ? "" : file) << name;
         EXPECT_STREQ(path.c_str(), std::strchr(name, '/') ? dir : name) << name;
+
+        const int dirLength = searchDir ? static_cast<int>(std::strlen(searchDir)) : -1;
+        EXPECT_EQ(SplitNormalizedDirName(name, &kept, &leafLength), dirLength) << name;
+        EXPECT_EQ(leafLength, static_cast<int>(std::strlen(leaf))) << name;
+        EXPECT_EQ(kept ? kept : "null", searchDir ? std::string(searchDir) + leaf : "null");
+        vpFreeNormalizedDirName(kept);
     }
-    char dst[4] = "#";
+    for (const char* empty : {"", static_cast<const char*>(nullptr)}) {
+        kept = &unset;
+        leafLength = -1;
+        EXPECT_EQ(SplitNormalizedDirName(empty, &kept, &leafLength), 0);
+        EXPECT_TRUE(kept == nullptr && leafLength == 0);
+    }
+    char dst[] = "#";
     EXPECT_EQ(vpSeparatePathName(nullptr, dst), nullptr);
-    EXPECT_STREQ(dst, "");
+    EXPECT_EQ(dst + g_sent, "");
 }
 
 TEST_F(Pathname, TildeExpansion) {
@@ -190,21 +198,14 @@ std::string Normalized(const std::string& name, bool strip = false) {
 
 TEST_F(Pathname, Normalizing) {
     setenv("HOME", "/h/", 1);
+    // clang-format off
     // Name, its normal form, and that with list separators stripped.
-    const char* const rows[][3] = {{"", "none", "none"},
-                                   {"/", "/", "/"},
-                                   {"//", "", ""},
-                                   {"/a/b///", "/a/b", "/a/b"},
-                                   {"/a/:;", "/a/:;", "/a"},
-                                   {":;", ":;", ""},
-                                   {"/:", "/:", "/"},
-                                   {"//;", "//;", ""},
-                                   {"a:/", "a:", "a:"},
-                                   {"./a//..", "./a//..", "./a//.."},
-                                   {"~", "/h", "/h"},
-                                   {"~/:", "/h//:", "/h"},
-                                   {"\xFF/", "\xFF", "\xFF"},
-                                   {"\x01 ", "\x01 ", "\x01 "}};
+    const char* const rows[][3] = {
+        {"", "none", "none"}, {"/", "/", "/"}, {"//", "", ""}, {"/a/b///", "/a/b", "/a/b"},
+        {"/a/:;", "/a/:;", "/a"}, {":;", ":;", ""}, {"/:", "/:", "/"}, {"//;", "//;", ""},
+        {"a:/", "a:", "a:"}, {"./a//..", "./a//..", "./a//.."}, {"~", "/h", "/h"},
+        {"~/:", "/h//:", "/h"}, {"\xFF/", "\xFF", "\xFF"}, {"\x01 ", "\x01 ", "\x01 "}};
+    // clang-format on
     for (const auto& [name, kept, stripped] : rows) {
         EXPECT_EQ(Normalized(name), kept) << name;
         EXPECT_EQ(Normalized(name, true), stripped) << name;
@@ -214,9 +215,8 @@ TEST_F(Pathname, Normalizing) {
     EXPECT_EQ(Normalized(longest + "/"), kTooLong);  // counted as given
     EXPECT_EQ(Normalized("~/" + longest.substr(4)), "/h//" + longest.substr(4));
     EXPECT_EQ(Normalized("~/" + longest.substr(3)), kTooLong);
-}
 
-TEST_F(Pathname, FailedNormalizingIsReportedWithTheNameCut) {
+    // The report cuts the name.
     const std::string endless(5000, 'x');
     const std::string line = kTooLong + ": " + endless.substr(0, 4353);
     char* name = nullptr;
@@ -227,41 +227,11 @@ TEST_F(Pathname, FailedNormalizingIsReportedWithTheNameCut) {
     EXPECT_TRUE(name == nullptr && leaf == 0);
 }
 
-TEST_F(Pathname, SplittingSearchNames) {
-    // Name, directory part, leaf; null: nothing is left.
-    const char* const rows[][3] = {{"f.v", "", "f.v"},
-                                   {"/", "/", ""},
-                                   {"/f", "/", "f"},
-                                   {"+p//f/", "+p//", "f"},
-                                   {"a/f:", "a/", "f:"},
-                                   {"//", nullptr, ""},
-                                   {"\xC3\xA4/\xE3", "\xC3\xA4/", "\xE3"},
-                                   {"\xE3/a", "\xE3/", "a"}};
-    for (const auto& [name, dir, leaf] : rows) {
-        char* kept = nullptr;
-        int leafLength = -1;
-        const int dirLength = dir ? static_cast<int>(std::strlen(dir)) : -1;
-        EXPECT_EQ(SplitNormalizedDirName(name, &kept, &leafLength), dirLength) << name;
-        EXPECT_EQ(leafLength, static_cast<int>(std::strlen(leaf))) << name;
-        EXPECT_EQ(kept ? kept : "null", dir ? std::string(dir) + leaf : "null");
-        vpFreeNormalizedDirName(kept);
-    }
-    for (const char* empty : {"", static_cast<const char*>(nullptr)}) {
-        char* kept = nullptr;
-        int leafLength = -1;
-        EXPECT_EQ(SplitNormalizedDirName(empty, &kept, &leafLength), 0);
-        EXPECT_TRUE(kept == nullptr && leafLength == 0);
-    }
-    EXPECT_EQ(g_sent, "");
-}
-
 TEST_F(Pathname, FullPath) {
-    namespace fs = std::filesystem;
-    const fs::path top = fs::temp_directory_path() / ("pathname_test." + std::to_string(getpid()));
-    fs::create_directories(top / "d");
-    std::ofstream(top / "d" / "f");
-    fs::current_path(top);
-    const std::string real = fs::current_path();
+    TempTree tree;
+    tree.add({"d/f"});
+    std::filesystem::current_path(tree.root());
+    const std::string real = std::filesystem::current_path();
     const char* const rows[][2] = {{"d/f", "/d/f"},  {"./d//f", "/d/f"}, {"d/../d/.", "/d"},
                                    {".", ""},        {"d/", "/d"},       {"d/x/..", "/d"},
                                    {"d/y", nullptr}, {"", nullptr},      {nullptr, nullptr}};
@@ -276,7 +246,7 @@ TEST_F(Pathname, FullPath) {
     EXPECT_EQ(vpFullPath(dst, "~/x", 4), std::string("~/x"));
     EXPECT_EQ(vpFullPath(dst, "/none/there", 5), dst);  // fills the buffer: no NUL
     EXPECT_STREQ(dst, "/none##");
-    fs::remove_all(top);
+    std::filesystem::remove_all(tree.root());
     EXPECT_EQ(vpFullPath(dst, "f", sizeof dst), nullptr);  // the current directory is gone
 }
 
@@ -284,30 +254,23 @@ TEST_F(Pathname, PathLists) {
     const std::string longest(4096, 'x');
     const std::string list = "a:;b;" + longest + ":c";
     std::string starts;
-    for (const char* at = list.c_str(); *at != '\0';
-         starts += std::to_string(at - list.c_str()) + " ") {
-        at = NextPathListEntry(at);
+    for (const char* at = list.c_str(); *at != '\0';) {
+        starts += std::to_string((at = NextPathListEntry(at)) - list.c_str()) + " ";
     }
     EXPECT_EQ(starts + g_sent, "2 3 5 4102 4103 ");
     EXPECT_EQ(NextPathListEntry((longest + "x:c").c_str()), nullptr);
-    EXPECT_EQ(g_sent, "W:" + kTooLong + ": " + longest + "x:c");
-    g_sent.clear();
     EXPECT_EQ(NextPathListEntry((longest + longest).c_str()), nullptr);
-    EXPECT_EQ(g_sent, "W:" + kTooLong + ": " + (longest + longest).substr(0, 4348) + "...");
+    EXPECT_EQ(g_sent, "W:" + kTooLong + ": " + longest + "x:c" + "W:" + kTooLong + ": " +
+                          (longest + longest).substr(0, 4348) + "...");
 }
 
 TEST_F(Pathname, ComparingAndFoldingAreAsciiOnly) {
-    const struct {
-        const char *a, *b;
-        int exact, folded;  // signs
-    } rows[] = {{"a", "A", 1, 0},
-                {"Z", "z", -1, 0},
-                {"a", "ab", -1, -1},
-                {nullptr, "", 0, 0},
-                {"a", nullptr, 1, 1},
-                {"_", "A", 1, -1},
-                {"\xC3\x84", "\xC3\xA4", -1, -1},
-                {"\xFF", "a", 1, 1}};
+    // clang-format off
+    const struct { const char *a, *b; int exact, folded; } rows[] = {  // signs
+        {"a", "A", 1, 0}, {"Z", "z", -1, 0}, {"a", "ab", -1, -1}, {nullptr, "", 0, 0},
+        {"a", nullptr, 1, 1}, {"_", "A", 1, -1}, {"\xFF", "a", 1, 1},
+        {"\xC3\x84", "\xC3\xA4", -1, -1}};
+    // clang-format on
     const auto sign = [](int n) { return (n > 0) - (n < 0); };
     for (const auto& row : rows) {
         EXPECT_EQ(sign(CompareNames(row.a, row.b, true)), row.exact) << row.a;

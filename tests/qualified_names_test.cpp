@@ -9,30 +9,29 @@
 
 namespace {
 
+// clang-format off
 // Name, package, class, object; null: none.
 const char* const kRows[][4] = {
-    {"", nullptr, nullptr, nullptr},
-    {nullptr, nullptr, nullptr, nullptr},
-    {"/r/+p/+q/f.v", "p.q", nullptr, nullptr},
-    {"+p", "p", nullptr, nullptr},
-    {"/a/+p/b/+q/f", "p", nullptr, nullptr},
-    {"//r///+p//+q/@C//f.v", "p.q", "p.q.C", nullptr},
-    {"/r/+p/a/@C/f.v", "p", nullptr, "C"},
-    {"/r/@C/f.v", nullptr, "C", "C"},
-    {"/r/@A/@B", nullptr, "A.B", "A.B"},
-    {"/r/@A/x/@B/f", nullptr, "A", "B"},
-    {"/r/@A/+p/@B/f", "p", "p.B", "B"},
-    {"/r/+p/+/+q/f", "p", nullptr, nullptr},
-    {"/r/@/f", nullptr, nullptr, nullptr},
-    {"/r/@A/@/@B/f", nullptr, "A", "B"},
-    {"/r/@C/sub/f.v", nullptr, "C", nullptr},
-    {"/r/@C/PRIVATE/x/f.v", nullptr, "C", "C"},
-    {"/r/x@C/f.v", nullptr, nullptr, nullptr},
-    {"/r/x@A/@B/f", nullptr, "B", "B"},
-    {"/r/@A@x/@B/f", nullptr, "A@x.B", "A@x.B"},
-    {"/r/@A/f@x", nullptr, "A", nullptr},
-    {"@A/@B/@C/private/f", nullptr, "A.B.C", "A.B.C"},
-};
+    {"", nullptr, nullptr, nullptr}, {nullptr, nullptr, nullptr, nullptr},
+    {"/r/+p/+q/f.v", "p.q", nullptr, nullptr}, {"+p", "p", nullptr, nullptr},
+    {"/a/+p/b/+q/f", "p", nullptr, nullptr}, {"//r///+p//+q/@C//f.v", "p.q", "p.q.C", nullptr},
+    {"/r/+p/a/@C/f.v", "p", nullptr, "C"}, {"/r/@C/f.v", nullptr, "C", "C"},
+    {"/r/@A/@B", nullptr, "A.B", "A.B"}, {"/r/@A/x/@B/f", nullptr, "A", "B"},
+    {"/r/@A/+p/@B/f", "p", "p.B", "B"}, {"/r/+p/+/+q/f", "p", nullptr, nullptr},
+    {"/r/@/f", nullptr, nullptr, nullptr}, {"/r/@A/@/@B/f", nullptr, "A", "B"},
+    {"/r/@C/sub/f.v", nullptr, "C", nullptr}, {"/r/@C/PRIVATE/x/f.v", nullptr, "C", "C"},
+    {"/r/x@C/f.v", nullptr, nullptr, nullptr}, {"/r/x@A/@B/f", nullptr, "B", "B"},
+    {"/r/@A@x/@B/f", nullptr, "A@x.B", "A@x.B"}, {"/r/@A/f@x", nullptr, "A", nullptr},
+    {"@A/@B/@C/private/f", nullptr, "A.B.C", "A.B.C"}};
+
+// Name, what vpGetQualifiedNameFromPath makes of it.
+const char* const kQualified[][2] = {
+    {"/r/@C/f.v", "C/f.v"}, {"/r/a@b", "b"}, {"/r/@", ""}, {"/r/Private/f", nullptr},
+    {"/r/d/private/f.v", "d/private/f.v"}, {"d/private/f", "d/private/f"},
+    {"private/f", "private/f"}, {"/private/f", "/private/f"}, {nullptr, nullptr},
+    {"/r/privateer/f.v", "r/privateer/f.v"}, {"/r/myprivate/f", "myprivate/f"},
+    {"/a/b/private/private/f", "b/private/private/f"}};
+// clang-format on
 
 // `shortest` is the smallest size that is enough. Bytes behind it must stay as they were.
 template <class Derive>
@@ -63,19 +62,7 @@ TEST(QualifiedNames, DottedNamesAndTheirSizes) {
 }
 
 TEST(QualifiedNames, QualifiedPart) {
-    const char* const rows[][2] = {{"/r/@C/f.v", "C/f.v"},
-                                   {"/r/a@b", "b"},
-                                   {"/r/@", ""},
-                                   {"/r/d/private/f.v", "d/private/f.v"},
-                                   {"d/private/f", "d/private/f"},
-                                   {"private/f", "private/f"},
-                                   {"/private/f", "/private/f"},
-                                   {"/r/privateer/f.v", "r/privateer/f.v"},
-                                   {"/r/myprivate/f", "myprivate/f"},
-                                   {"/a/b/private/private/f", "b/private/private/f"},
-                                   {"/r/Private/f", nullptr},
-                                   {nullptr, nullptr}};
-    for (const auto& [name, expected] : rows) {
+    for (const auto& [name, expected] : kQualified) {
         char dst[64] = "#";
         EXPECT_EQ(vpGetQualifiedNameFromPath(name, dst), expected ? dst : nullptr) << name;
         EXPECT_STREQ(dst, expected ? expected : "") << name;

@@ -15,20 +15,19 @@ TEST_F(Scanning, EntriesAreClassifiedByWordNameAndHost) {
     const struct {
         const char *entries, *holds, *asked;
     } rows[] = {
-        {". D .. D .hidden F a.txt F .x/ D s/ D", "a.txt | s |", ""},
+        // clang-format off
+        {". D .. D .hidden F a.txt F .x/ D s/ D", "a.txt | s |", ""}, {"+/ D @/ D", "| + @ |", ""},
         {"@c/ D +p/ D private/ D", "| | +p @c private", "@c +p private"},
         {"@c/ 0 +p/ 0 private/ 0 s 0", "s | | +p @c private", "@c +p private s"},
         {"@c D +p D private D", "@c +p private | |", "@c +p private @c +p private"},
-        {"@c/ F +p/ F private/ F f/ F", "@c +p private f | |", ""},
-        {"+/ D @/ D", "| + @ |", ""},
-        {"+ 0 @ 0", "+ @ | |", "+ @"},
-        {"Private/ D", "| | Private", "Private"},
-        {"PRIVATE/ 0", "| | PRIVATE", "PRIVATE"},
+        {"@c/ F +p/ F private/ F f/ F", "@c +p private f | |", ""}, {"+ 0 @ 0", "+ @ | |", "+ @"},
+        {"Private/ D", "| | Private", "Private"}, {"PRIVATE/ 0", "| | PRIVATE", "PRIVATE"},
         {"privates/ D Privat/ D", "| privates Privat |", ""},
         {"both/ C000 odd 10 cls 8001 not 8002 x 8003", "odd cls not x | both |", "odd"},
         {"@c.d/ D +p.q/ D s.t/ D", "| s.t | +p.q @c.d", "@c.d +p.q"},
         {"@@c/ D @+p/ D ++p/ D", "| | ++p @@c @+p", "@@c @+p ++p"},
         {"\x01\x02 F \xff F \xc3\xa9.v F \x7f. F", "\x01\x02 \xff \xc3\xa9.v \x7f. | |", ""},
+        // clang-format on
     };
     run("path -");
     for (const auto& row : rows) {
@@ -37,15 +36,12 @@ TEST_F(Scanning, EntriesAreClassifiedByWordNameAndHost) {
         std::istringstream entries(row.entries);
         for (std::string name, word; entries >> name >> word;) {
             host.add({parent + name});
-            step("word " + parent + name + " " +
-                 (word == "D"   ? "4000"
-                  : word == "F" ? "8000"
-                                : word));
+            const std::string hex = word == "D" ? "4000" : word == "F" ? "8000" : word;
+            step("word " + parent + name + " " + hex);
         }
         run(("add " + parent + "\n holds " + parent + " => " + row.holds).c_str());
         std::string asked = host.takeCalls("isdir");
-        for (size_t at; (at = asked.find(parent)) != std::string::npos;)
-            asked.erase(at, parent.size());
+        for (size_t at; (at = asked.find(parent)) != asked.npos;) asked.erase(at, parent.size());
         EXPECT_EQ(asked, row.asked);
     }
 }
@@ -59,11 +55,10 @@ files A sub => ; files A f => *:/d/f.v ; files A f => *:/d/f.v
 holds /d => @no f.v | | +p @c private ; calls isdir => /d/sub /d/f.v /d/@c/f /d/@no
 # A file found again by a re-read stays confirmed; one that was gone is another file.
 refresh /d 3 ; files A f => *:/d/f.v ; calls isdir =>
-rm /d/f.v ; refresh /d 3 ; tree /d/f.v ; refresh /d 3 ; files A f => *:/d/f.v ; calls isdir => /d/f.v
-)");
+rm /d/f.v ; refresh /d 3 ; tree /d/f.v ; refresh /d 3 ; files A f => *:/d/f.v ; calls isdir => /d/f.v)");
 }
 
-TEST_F(Scanning, WhatEachKindOfDirectoryKeeps) {
+TEST_F(Scanning, WhatEachKindOfDirectoryKeepsAndHowNamesAreSplit) {
     for (const std::string kind : {"/d", "/d/+p", "/d/@C", "/d/private"}) {
         for (const char* entry : {"/f.v", "/sub/", "/@X/g", "/+y/", "/private/h"}) {
             host.add({kind + entry});
@@ -73,19 +68,13 @@ TEST_F(Scanning, WhatEachKindOfDirectoryKeeps) {
 path /d ; holds /d => f.v | sub | +y +p @X @C private ; holds /d/+p => f.v | | +y @X private
 holds /d/@C => f.v | | private ; holds /d/private => h f.v | | ; holds /d/+p/@X => g | |
 find /d/@C/@X /d/private/private => 0 0
-)");
-}
-
-TEST_F(Scanning, FileNamesAreSplitAtTheLastDot) {
-    run(R"(
-tree /d/a.b.c /d/x. /d/y.abcdef /d/y.abcd /d/y.abcde /d/y /d/y.: /d/z..v /d/w.V ; path /d
-files A a.b.c => *:/d/a.b.c ; files A a.b => ; files A a => ; files A w v =>
-files A x => *:/d/x. ; files A x. => *:/d/x. ; files A x v,:,. => 3:/d/x.
-files A y.abcdef => *:/d/y.abcdef ; files A y abcd => 1:/d/y.abcd ; files A y abcde,x => 1:/d/y.abcde
-files A y . => 1:/d/y ; files A y : => 1:/d/y.: ; files A y.: => *:/d/y.: ; files A z..v => *:/d/z..v
+tree /n/a.b.c /n/x. /n/y.abcdef /n/y.abcd /n/y.abcde /n/y /n/y.: /n/z..v /n/w.V ; replace /n
+files A a.b.c => *:/n/a.b.c ; files A a.b => ; files A a => ; files A w v => ; files A x => *:/n/x.
+files A x. => *:/n/x. ; files A x v,:,. => 3:/n/x. ; files A y.abcdef => *:/n/y.abcdef
+files A y abcd => 1:/n/y.abcd ; files A y abcde,x => 1:/n/y.abcde ; files A y . => 1:/n/y
+files A y : => 1:/n/y.: ; files A y.: => *:/n/y.: ; files A z..v => *:/n/z..v
 # Of one directory the one linked last comes first.
-files A y => *:/d/y.: *:/d/y *:/d/y.abcde *:/d/y.abcd *:/d/y.abcdef
-)");
+files A y => *:/n/y.: *:/n/y *:/n/y.abcde *:/n/y.abcd *:/n/y.abcdef)");
 }
 
 // Names around the sizes of the buffers in which they are folded, and spellings of one name.
@@ -103,8 +92,7 @@ TEST_F(Scanning, LongNamesAndSpellings) {
 tree /a/Foo.v /b/foo.v /c/FOO.v /e/foo.v ; replace /a:/b:/c:/e
 files A fOO => *:/a/Foo.v *:/b/foo.v *:/c/FOO.v *:/e/foo.v
 sensitive 1 ; files A foo => *:/b/foo.v *:/e/foo.v ; files A FOO => *:/c/FOO.v
-remove /a ; remove /c ; files A foo => *:/b/foo.v *:/e/foo.v
-)");
+remove /a ; remove /c ; files A foo => *:/b/foo.v *:/e/foo.v)");
 }
 
 TEST_F(Scanning, ARereadMergesTheListing) {
@@ -124,8 +112,7 @@ rm /d ; refresh /d 3 ; holds /d => | |
 # private directory keeps its spelling.
 tree /e/@C/ /e/+p/@C/ /e/private/ ; replace /e ; tree /e/@C/C.v /e/+p/@C/C.v ; refresh /e 3
 files V:/e C => *:/e/@C/C.v *:/e/+p/@C/C.v
-rm /e/private ; tree /e/Private/ ; refresh /e 3 ; holds /e => | | +p @C private
-)");
+rm /e/private ; tree /e/Private/ ; refresh /e 3 ; holds /e => | | +p @C private)");
 }
 
 TEST_F(Scanning, ANameListedTwice) {

@@ -1,7 +1,6 @@
 // The command as a shell runs it, over a fixed tree of real files. It is not always built.
 #ifdef VPATH_TOOL
 
-#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <pty.h>
 #include <sys/stat.h>
@@ -11,7 +10,9 @@
 #include <cstdlib>
 #include <fstream>
 #include <iterator>
+#include <sstream>
 #include <string>
+#include <vector>
 
 #include "support/temp_tree.h"
 
@@ -23,6 +24,8 @@
 
 namespace {
 
+const std::string kNotFound = ": not found on the path; add its directory with --path";
+
 class VpathCommand : public testing::Test {
   protected:
     static void SetUpTestSuite() {
@@ -32,44 +35,21 @@ class VpathCommand : public testing::Test {
     }
 
     void SetUp() override {
-        tree_.add({"a/foo.v",
-                   "a/private/foo.v",
-                   "a/private/help.v",
-                   "a/@Shape/Shape.v",
-                   "a/@Shape/area.v",
-                   "a/+geo/area.v",
-                   "a/+geo/@Circle/Circle.v",
-                   "a/Bar.v",
-                   "b/foo.v",
-                   "b/foo.p",
-                   "b/which.v",
-                   "b/[x,y].v",
-                   "b/-x.v",
-                   "b/gone.v -> nowhere",
-                   "b/plain",
-                   "c/foo.txt",
-                   "tree/B/f.v",
-                   "tree/a/f.v",
-                   "tree/a/b/f.v",
-                   "tree/a-b/f.v",
-                   "tree/@/f.v",
-                   "tree/.hidden/f.v",
-                   "tree/private/f.v",
-                   "tree/@c/f.v",
-                   "tree/+p/f.v",
-                   "tree/Private/f.v",
-                   "tree/up -> ..",
-                   "tree/a/back -> ../../tree",
-                   "tree/z -> a",
-                   "tree/g -> a/f.v",
-                   "out",
-                   "err"});
+        // clang-format off
+        tree_.add({"a/foo.v", "a/private/foo.v", "a/private/help.v", "a/@Shape/Shape.v",
+                   "a/@Shape/area.v", "a/+geo/area.v", "a/+geo/@Circle/Circle.v", "a/Bar.v",
+                   "b/foo.v", "b/foo.p", "b/which.v", "b/[x,y].v", "b/-x.v", "b/gone.v -> nowhere",
+                   "b/plain", "c/foo.txt", "tree/B/f.v", "tree/a/f.v", "tree/a/b/f.v",
+                   "tree/a-b/f.v", "tree/@/f.v", "tree/.hidden/f.v", "tree/private/f.v",
+                   "tree/@c/f.v", "tree/+p/f.v", "tree/Private/f.v", "tree/up -> ..",
+                   "tree/a/back -> ../../tree", "tree/z -> a", "tree/g -> a/f.v", "out", "err"});
+        // clang-format on
     }
 
     struct Row {
-        const char* command;
-        const char* out;  // $T stands for the tree
-        const char* err = "";
+        std::string command;
+        std::string out;       // $T stands for the tree
+        std::string err = "";  // its lines without "vpath: " in front, each but the last ended
         int status = 0;
     };
 
@@ -82,7 +62,10 @@ class VpathCommand : public testing::Test {
             const int status = std::system(line.c_str());
             EXPECT_EQ(WIFEXITED(status) ? WEXITSTATUS(status) : -1, row.status);
             EXPECT_EQ(contents("out"), row.out);
-            EXPECT_EQ(contents("err"), row.err);
+            std::string err;
+            std::istringstream lines(row.err);
+            for (std::string text; std::getline(lines, text);) err += "vpath: " + text + "\n";
+            EXPECT_EQ(contents("err"), err);
         }
     }
 
@@ -103,7 +86,6 @@ class VpathCommand : public testing::Test {
 
 TEST_F(VpathCommand, WhichAnswersInOrderOfPrecedence) {
     run({
-        {"vpath --path a:b:c which foo", "$T/a/foo.v\n"},
         {"vpath --path b:a which foo", "$T/b/foo.v\n"},
         {"vpath --path a:b:c which -a foo", "$T/a/foo.v\n$T/b/foo.v\n$T/b/foo.p\n$T/c/foo.txt\n"},
         {"vpath which --path a:b --ext v --all foo", "$T/a/foo.v\n$T/b/foo.v\n"},
@@ -119,77 +101,53 @@ TEST_F(VpathCommand, WhichAnswersInOrderOfPrecedence) {
         // Names that a parser of options could take for something else.
         {"vpath --path b which which '[x,y]' -- -x", "$T/b/which.v\n$T/b/[x,y].v\n$T/b/-x.v\n"},
         {"vpath --path b which gone", "$T/b/gone.v\n"},
-        {"vpath --path b which --verify gone", "",
-         "vpath: gone: not found on the path; add its directory with --path\n", 1},
-    });
-}
-
-TEST_F(VpathCommand, WhichLooksFromADirectory) {
-    for (const char* from : {"--from a", "--from ./a/", "--from \"$PWD/a\"", "--from-file a/foo.v",
-                             "--from-file \"$PWD/a/no\""}) {
-        SCOPED_TRACE(from);
-        const std::string relative = std::string("vpath --path b:a which -a ") + from + " foo";
-        const std::string full =
-            std::string("vpath --path \"$PWD/b:$PWD/a/\" which -a ") + from + " foo";
-        const char* expected = "$T/a/private/foo.v\n$T/b/foo.v\n$T/b/foo.p\n$T/a/foo.v\n";
-        run({{relative.c_str(), expected}, {full.c_str(), expected}});
-    }
-    run({
-        {"vpath --path a which -a --from b foo", "",
-         "vpath: --from b: not a directory of the path; add it with --path\n", 2},
+        {"vpath --path b which --verify gone", "", "gone" + kNotFound, 1},
         {"cd a && vpath which --from-file x help", "$T/a/private/help.v\n"},
         {"vpath --path b:a which --from a/+geo foo", "$T/b/foo.v\n"},
     });
+    for (const std::string from : {"--from a", "--from ./a/", "--from \"$PWD/a\"",
+                                   "--from-file a/foo.v", "--from-file \"$PWD/a/no\""}) {
+        const char* expected = "$T/a/private/foo.v\n$T/b/foo.v\n$T/b/foo.p\n$T/a/foo.v\n";
+        run({{"vpath --path b:a which -a " + from + " foo", expected},
+             {"vpath --path \"$PWD/b:$PWD/a/\" which -a " + from + " foo", expected}});
+    }
 }
 
 TEST_F(VpathCommand, WhichSaysWhatWouldFindAName) {
     run({
         {"vpath --path a:b --ext v which foo no bar plain help foo", "$T/a/foo.v\n$T/a/foo.v\n",
-         "vpath: no: not found on the path; add its directory with --path\n"
-         "vpath: bar: not found on the path; $T/a/Bar.v differs in case; use --ignore-case\n"
-         "vpath: plain: not found on the path; $T/b/plain has another extension; list it in --ext\n"
-         "vpath: help: not found on the path; $T/a/private/help.v is private; ask --from its "
-         "directory\n",
+         "no" + kNotFound +
+             "\nbar: not found on the path; $T/a/Bar.v differs in case; use --ignore-case\n"
+             "plain: not found on the path; $T/b/plain has another extension; list it in --ext\n"
+             "help: not found on the path; $T/a/private/help.v is private; ask --from its "
+             "directory",
          1},
         {"vpath which foo", "",
-         "vpath: foo: not found on the path; only the current directory was searched; add others "
-         "with --path\n",
+         "foo: not found on the path; only the current directory was searched; add others with "
+         "--path",
          1},
-        {"vpath --path a which \"$(printf 'x\\ty\\033\\nz')\"", "",
-         "vpath: x\\ty\\x1b\\nz: not found on the path; add its directory with --path\n", 1},
+        {"vpath --path a which \"$(printf 'x\\ty\\033\\nz')\"", "", "x\\ty\\x1b\\nz" + kNotFound,
+         1},
+        {"vpath --path a which $(printf '%04096d' 0) 2>&1 | sed 's/ 0*:/ N:/'",
+         "vpath: N" + kNotFound + "\n"},
     });
 }
 
 TEST_F(VpathCommand, SourcesApplyInTheOrderWritten) {
     std::ofstream(tree_.at("list")) << "# comment\n\nc:" << tree_.at("a") << "\nnope\nb";
-    std::ofstream(tree_.at("binary")).write("a\nb\0c\n", 6);
+    const std::string no = "warning: Name is nonexistent or not a directory: ";
+    const std::string twice = no + "nope\nwarning: Duplicate directory name: b";
     run({
         {"vpath --path b --path-file list which -a foo",
-         "$T/b/foo.v\n$T/b/foo.p\n$T/c/foo.txt\n$T/a/foo.v\n",
-         "vpath: warning: Name is nonexistent or not a directory: nope\n"
-         "vpath: warning: Duplicate directory name: b\n",
-         0},
-        {"vpath --path-file list --path b which foo", "$T/c/foo.txt\n",
-         "vpath: warning: Name is nonexistent or not a directory: nope\n"
-         "vpath: warning: Duplicate directory name: b\n",
-         0},
+         "$T/b/foo.v\n$T/b/foo.p\n$T/c/foo.txt\n$T/a/foo.v\n", twice},
+        {"vpath --path-file list --path b which foo", "$T/c/foo.txt\n", twice},
         {"vpath --recursive a --path \"$PWD/b\" which -a foo",
          "$T/a/foo.v\n$T/b/foo.v\n$T/b/foo.p\n"},
         {"vpath --cwd c --path ../b --path-file list which -a foo",
          "$T/c/foo.txt\n$T/b/foo.v\n$T/b/foo.p\n$T/a/foo.v\n",
-         "vpath: warning: Name is nonexistent or not a directory: c\n"
-         "vpath: warning: Name is nonexistent or not a directory: nope\n"
-         "vpath: warning: Name is nonexistent or not a directory: b\n",
-         0},
-        {"vpath --path-file nope which foo", "",
-         "vpath: --path-file nope: No such file or directory; name a readable file\n", 2},
-        {"vpath --path-file a which foo", "",
-         "vpath: --path-file a: a directory; to add it, use --path\n", 2},
-        {"vpath --path-file binary which foo", "",
-         "vpath: --path-file binary: NUL byte in line 2; give a text file of directory names\n", 2},
-        {"vpath --cwd nope which foo", "",
-         "vpath: --cwd nope: No such file or directory; name a directory that can be entered\n", 2},
+         no + "c\n" + no + "nope\n" + no + "b"},
         {"vpath --path= --path '' --cwd a which foo", "$T/a/foo.v\n"},
+        {"{ echo a; sleep 0.7; echo b; } | vpath --path-file /dev/stdin which foo", "$T/a/foo.v\n"},
     });
 }
 
@@ -209,12 +167,6 @@ TEST_F(VpathCommand, TreesAreAddedByBytesWithoutLoops) {
          "$T/tree/a-b/f.v\n$T/tree/@/f.v\n"},
         {"vpath --ignore-case --recursive tree which -a f | grep -c Private", "0\n", "", 1},
         {"vpath --recursive deep which end | wc -l", "1\n"},
-        {"vpath --recursive nope which f", "",
-         "vpath: --recursive nope: no such directory; name one that exists\n", 2},
-        {"vpath --recursive /nope which f", "",
-         "vpath: --recursive /nope: No such file or directory; name a directory that exists\n", 2},
-        {"vpath --recursive a/foo.v which f", "",
-         "vpath: --recursive $T/a/foo.v: not a directory; add its directory instead\n", 2},
     });
 }
 
@@ -224,44 +176,49 @@ TEST_F(VpathCommand, StatsCountWhatWasLoaded) {
 #else
     const std::string bytes = "[1-9][0-9]*";
 #endif
-    const std::string command =
-        "cd c; vpath --path ../a --stats which foo 2>&1 > /dev/null | "
-        "sed -E 's/[0-9.]+ ms$/N ms/; s/held: " +
-        bytes + "$/held: N/'";
-    run({{command.c_str(),
-          "directories: 2 on the path, 4 special ones inside them\n"
-          "files: 9\n"
-          "distinct names: 6\n"
+    // clang-format off
+    run({{"cd c; vpath --path ../a --stats which foo 2>&1 > /dev/null | sed -E 's/[0-9.]+ ms$/N ms/"
+          "; s/held: " + bytes + "$/held: N/'",
+          "directories: 2 on the path, 4 special ones inside them\nfiles: 9\ndistinct names: 6\n"
           "callbacks to load: 6 listing, 2 accessibility, 0 readability, 4 is-directory, 6 time "
           "stamp, 0 change-directory\n"
           "callbacks to answer: 0 listing, 0 accessibility, 0 readability, 0 is-directory, 0 time "
-          "stamp, 0 change-directory\n"
-          "load time: N ms\n"
-          "bytes held: N\n"}});
+          "stamp, 0 change-directory\nload time: N ms\nbytes held: N\n"}});
+    // clang-format on
 }
 
 TEST_F(VpathCommand, UsageAndOutputFailures) {
+    std::ofstream(tree_.at("binary")).write("a\nb\0c\n", 6);
+    // clang-format off
+    const char* const rows[][2] = {
+        {"", "no command; run 'vpath --help'"}, {"which", "NAME is required; run 'vpath --help'"},
+        {"which ''", "an empty NAME; give the name of a file"},
+        {"which $(printf '%04097d' 0)", "a NAME of more than 4096 characters; no file can have it"},
+        {"bogus", "The following argument was not expected: bogus; run 'vpath --help'"},
+        {"which --from a --from-file b x", "--from excludes --from-file; run 'vpath --help'"},
+        {"which --from b f", "--from b: not a directory of the path; add it with --path"},
+        {"--path a which foo > /dev/full", "cannot write the output: No space left on device"},
+        {"which f --path-file n", "--path-file n: No such file or directory; name a readable file"},
+        {"--path-file a which foo", "--path-file a: a directory; to add it, use --path"},
+        {"--path-file binary which foo",
+         "--path-file binary: NUL byte in line 2; give a text file of directory names"},
+        {"--cwd nope which foo",
+         "--cwd nope: No such file or directory; name a directory that can be entered"},
+        {"--recursive no which f", "--recursive no: no such directory; name one that exists"},
+        {"--recursive /nope which f",
+         "--recursive /nope: No such file or directory; name a directory that exists"},
+        {"--recursive a/foo.v which f",
+         "--recursive $T/a/foo.v: not a directory; add its directory instead"}};
+    // clang-format on
+    for (const auto& [args, err] : rows) run({{std::string("vpath ") + args, "", err, 2}});
     run({
-        {"vpath", "", "vpath: no command; run 'vpath --help'\n", 2},
-        {"vpath which", "", "vpath: NAME is required; run 'vpath --help'\n", 2},
-        {"vpath which ''", "", "vpath: an empty NAME; give the name of a file\n", 2},
-        {"vpath which $(printf '%04097d' 0)", "",
-         "vpath: a NAME of more than 4096 characters; no file can have it\n", 2},
-        {"vpath --path a which $(printf '%04096d' 0) 2>&1 | sed 's/ 0*:/ N:/'",
-         "vpath: N: not found on the path; add its directory with --path\n"},
-        {"vpath bogus", "",
-         "vpath: The following argument was not expected: bogus; run 'vpath --help'\n", 2},
-        {"vpath which --from a --from-file b x", "",
-         "vpath: --from excludes --from-file; run 'vpath --help'\n", 2},
         {"vpath --version", "vpath " VPATH_PROJECT_VERSION "\n"},
         // Help fits a screen.
         {"for c in '' which; do vpath $c --help | awk 'length > 80 || NR > 24'; done", ""},
         {"vpath which --help | grep -A1 Example | tail -n 1",
          "  vpath --path /w/lib:/w/tools which -a --from /w/lib foo\n"},
-        {"vpath --path a which foo > /dev/full", "",
-         "vpath: cannot write the output: No space left on device\n", 2},
-        {"{ sleep 0.1; vpath --path a which foo; echo $? >&2; } | true", "", "0\n", 0},
-        {"{ echo a; sleep 0.7; echo b; } | vpath --path-file /dev/stdin which foo", "$T/a/foo.v\n"},
+        {"{ sleep 0.1; vpath --path a which foo; echo status $? > status; } | true", ""},
+        {"cat status", "status 0\n"},
     });
 }
 

@@ -56,21 +56,16 @@ vpSearch* MakeSearch(const vpPath& path, char kind, const char* from, const char
                      : createIterator(where..., name, exts, check, rule);
     };
     const vpDir dir = vpFindDirFullName(path, from);
+    // clang-format off
     switch (kind) {
-        case 'A':
-            return on(vpCreateAllSearch, vpCreateAllSearchIterator, path);
-        case 'V':
-            return on(vpCreateVisibleSearch, vpCreateVisibleSearchIterator, dir);
+        case 'A': return on(vpCreateAllSearch, vpCreateAllSearchIterator, path);
+        case 'V': return on(vpCreateVisibleSearch, vpCreateVisibleSearchIterator, dir);
+        case 'P': return on(vpCreatePrivateSearch, vpCreatePrivateSearchIterator, dir);
+        case 'D': return on(vpCreateDirSearch, vpCreateDirSearchIterator, dir);
+        case 'M': return on(vpCreateMethodSearch, vpCreateMethodSearchIterator, path);
+        case 'N': return on(vpCreateDirnameSearch, vpCreateDirnameSearchIterator, path, from);
         case 'O':
             return on(vpCreatePathOnlySearch, vpCreatePathOnlySearchIterator, path, vpPath());
-        case 'P':
-            return on(vpCreatePrivateSearch, vpCreatePrivateSearchIterator, dir);
-        case 'D':
-            return on(vpCreateDirSearch, vpCreateDirSearchIterator, dir);
-        case 'N':
-            return on(vpCreateDirnameSearch, vpCreateDirnameSearchIterator, path, from);
-        case 'M':
-            return on(vpCreateMethodSearch, vpCreateMethodSearchIterator, path);
         case 'W':
             return on(vpCreateDirnameVisibleSearch, vpCreateDirnameVisibleSearchIterator, path,
                       from);
@@ -78,13 +73,11 @@ vpSearch* MakeSearch(const vpPath& path, char kind, const char* from, const char
             return on(vpCreateFilenameVisibleSearch, vpCreateFilenameVisibleSearchIterator, path,
                       from);
     }
+    // clang-format on
 }
 
 void PathTest::forget() {
-    host.takeCalls();
-    host.takeMessages();
-    host.takeEvents();
-    host.takePrinted();
+    host.takeCalls(), host.takeMessages(), host.takeEvents(), host.takePrinted();
 }
 
 void PathTest::run(const char* script) {
@@ -161,7 +154,6 @@ std::string PathTest::step(const std::string& command) {
         }
         return answers;
     };
-    const auto search = [&](Want want) { return HitsOf(makeSearch(given), want); };
     const auto type = static_cast<vpDirRefreshType>(number);
 
     // The host
@@ -192,10 +184,7 @@ std::string PathTest::step(const std::string& command) {
     if (op == "terminate") return yes(vpTerminate());
     if (op == "sensitive") return vpSetCaseSensitivity(path, number != 0), "";
     if (op == "add") return NameOf(vpAddDir(path, text, vpAddAtEnd));
-    if (op == "tryadd") {
-        const std::string added = NameOf(vpAddDir(path, text, vpAddAtEnd));
-        return added + host.takeMessages();
-    }
+    if (op == "tryadd") return step("add " + name).append(host.takeMessages());
     if (op == "first") return NameOf(vpAddDir(path, text, vpAddAtBeginning));
     if (op == "list") return NameOf(vpAddDirsString(path, text, vpAddAtEnd));
     if (op == "listfirst") return NameOf(vpAddDirsString(path, text, vpAddAtBeginning));
@@ -236,10 +225,10 @@ std::string PathTest::step(const std::string& command) {
     if (op == "unfreeze") return vpUnFreeze(dir(name)), "";
     if (op == "frozen") return each([&](const char* one) { return yes(vpIsFrozen(dir(one))); });
     // Searches
-    if (op == "files") return search(kFiles);
-    if (op == "any") return search(kUnspecified);
-    if (op == "subs") return search(kSubdirectories);
-    if (op == "dirs") return search(kDirs);
+    const char* const wants[] = {"files", "any", "subs", "dirs"};
+    for (const Want want : {kFiles, kUnspecified, kSubdirectories, kDirs}) {
+        if (op == wants[want]) return HitsOf(makeSearch(given), want);
+    }
     if (op == "open") return vpDestroySearch(&search_), search_ = makeSearch(given), "";
     if (op == "next" && search_ == nullptr) return "null";
     if (op == "next") return NextHit(search_, static_cast<Want>(name.empty() ? kFiles : number));
