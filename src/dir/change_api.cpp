@@ -47,8 +47,7 @@ Marked MarkChangedByName(PathMgr& path, const char* name) {
     const NormalizedName normalized(text);
     const std::string_view fullName(text, static_cast<size_t>(length));
     PathAllDirItemInfo* const named = FindDirectory(path, fullName);
-    PathAllDirItemInfo* const known =
-        named != nullptr ? named : FindNearestDirectory(path, fullName);
+    PathAllDirItemInfo* const known = named != nullptr ? named : FindDirectoryAbove(path, fullName);
     return {named, known != nullptr && known->markChanged()};
 }
 

@@ -111,9 +111,7 @@ PathAllDirItemInfo* FindDirectory(PathMgr& path, std::string_view fullName) {
     return special.remaining == 0 ? special.directory : path.contents.findOnPath(fullName);
 }
 
-PathAllDirItemInfo* FindNearestDirectory(PathMgr& path, std::string_view fullName) {
-    PathAllDirItemInfo* const known = FindDirectory(path, fullName);
-    if (known != nullptr) return known;
+PathAllDirItemInfo* FindDirectoryAbove(PathMgr& path, std::string_view fullName) {
     const Reached nearest = FollowSpecial(path, fullName);
     if (nearest.directory == nullptr) return nullptr;
     std::string_view unknown = fullName.substr(fullName.size() - nearest.remaining);

@@ -11,9 +11,9 @@ class PathMgr;
 // other name, among the added directories and last the current one.
 PathAllDirItemInfo* FindDirectory(PathMgr& path, std::string_view fullName);
 
-// The same, but for an unknown special directory the nearest known one above it; "private" counts
-// under the path's case rule here.
-PathAllDirItemInfo* FindNearestDirectory(PathMgr& path, std::string_view fullName);
+// The nearest known directory above an unknown special one, or null; "private" counts under the
+// path's case rule here.
+PathAllDirItemInfo* FindDirectoryAbove(PathMgr& path, std::string_view fullName);
 
 // FindDirectory for a name from outside, which is normalised first; a name that cannot be is
 // reported.
