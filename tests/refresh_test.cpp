@@ -21,6 +21,24 @@ time /a 0 ; refresh /a 1 => /a ; refresh /a 1 => /a
 )");
 }
 
+// The stamp is older than the listing, so that what changes under way is seen the next time, even
+// when the clock has moved on before the listing is done.
+TEST_F(Refresh, ChangesInTheMiddleOfAListing) {
+    run("tree /a/f ; path -");
+    for (const std::string reading : {"add /a", "refresh /a 2", "mark /a ; refresh /a 4"}) {
+        host.now += 10;
+        host.onListed = [&](const std::string&) {
+            host.add({"/a/" + std::to_string(host.now)});
+            host.setTime("/a", host.now);
+            host.now += 10;
+        };
+        run(reading.c_str());
+        host.onListed = nullptr;
+        run("refresh /a 1 => /a ; refresh /a 1 =>");
+    }
+    run("holds /a => f 1010 1030 1050 | |");
+}
+
 TEST_F(Refresh, TypesByState) {
     const std::string both = "/a /a/@C";
     const struct {

@@ -33,7 +33,7 @@ FakeHost::FakeHost() : blocksBefore_(TheLedger().blocks) {
 }
 
 FakeHost::~FakeHost() {
-    onCall = nullptr;
+    onCall = onListed = nullptr;
     TheLedger().failAt = 0;
     vpTerminate();
     vpSetMessageFcns(nullptr, nullptr, nullptr);
@@ -186,6 +186,7 @@ char* FakeHost::list(vpPath, const char* name, unsigned int** wordsOut) {
         TheLedger().listings.insert(*wordsOut);
     }
     TheLedger().failAt = failAt;
+    if (host.onListed) host.onListed(name);
     return listing;
 }
 

@@ -56,6 +56,7 @@ class FakeHost {
     std::string takePrinted() { return take(&printed_, ""); }
     bool recording = true;
     std::function<void(const std::string&)> onCall;
+    std::function<void(const std::string&)> onListed;  // a directory's listing has just been taken
 
     // The callbacks and listeners themselves; `install` makes the callbacks the default ones.
     static void install();
