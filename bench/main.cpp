@@ -40,6 +40,7 @@ int main(int argc, char** argv) {
     RegisterLookupMeasures();
     RegisterMemoryMeasures();
     RegisterRefreshMeasures();
+    RegisterClassWalkMeasures();
     RegisterEditMeasures();
     RegisterRealTreeMeasures();
     OneLinePerMeasure reporter;

@@ -113,5 +113,14 @@ void RegisterRefreshMeasures() {
                  return std::vector<Contender>{Library("library", refresh), Callbacks(refresh, 1)};
              }});
     }
+    RegisterMeasure({"refresh/frozen/10000", "ns/directory", [] {
+                         const auto refresh = WholePath(10000, false);
+                         for (const auto& directory : refresh->tree.directories) {
+                             vpFreeze(vpFindDirFullName(refresh->path, directory.name.c_str()));
+                         }
+                         return std::vector<Contender>{
+                             Library("library", refresh),
+                             Library("not frozen", WholePath(10000, false))};
+                     }});
     for (const size_t files : {100U, 1000U, 10000U, 100000U}) RegisterMerge(files);
 }

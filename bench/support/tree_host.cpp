@@ -76,7 +76,7 @@ void TreeHost::addDirectory(const std::string& name, const std::vector<std::stri
     node->name = name;
     for (const std::string& entry : entries) {
         node->listing.append(entry).push_back('\0');
-        node->words.push_back(entry == "private" ? kDirectoryWord : kFileWord);
+        node->words.push_back(entry == "private" || entry[0] == '@' ? kDirectoryWord : kFileWord);
     }
     const std::string_view key = node->name;
     Nodes().erase(key);  // with the key, which is part of the old node
