@@ -373,8 +373,24 @@ struct vpRegisteredInterest {
 };
 
 // Calls `listener` for each event of the path, in order of registration, on the thread that caused
-// it. A listener may call back into the library, cancel itself, register others, and remove the
-// path; entries are read as they are when reached, those added during a walk wait for the next.
+// it, before the call that caused it returns.
+//
+// What a listener finds:
+// - vpEventDirAdded: the directory has its place and its contents, and searches see both. Special
+//   directories come before the directory that holds them, which is then still being read.
+// - vpEventDirReread: the directory holds what it was found to hold; what has gone is gone.
+// - the Begin events: nothing is touched yet. The End events: everything is done.
+// - vpEventPathRemoved: path and directories are whole, and dead once the last listener returns.
+//
+// What it may do: call anything, also what changes the path under way. It may search, register and
+// cancel listeners (itself too; entries are read as they are when reached, and those added during a
+// walk wait for the next event), mark, freeze, refresh, add and remove directories, change the
+// current directory, replace or remove the path. The call that raised the event goes on with what
+// is then there and may end early; a directory that is being read is not read again inside of that
+// but marked changed, and the next refresh reads it. Events inside of events nest. The directory's
+// handle is good for as long as it is held, though the directory may leave the path. A listener
+// should not throw: those after it are then left out, and the call under way may be broken off.
+//
 // On a dead handle nothing is stored and the answer's path is null.
 VP_EXPORT vpRegisteredInterest vpRegisterPathInterest(vpPath path, vpListenerFcn listener);
 
