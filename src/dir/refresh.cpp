@@ -19,17 +19,19 @@ bool EndsFrozen(const PathAllDirItemInfo& directory) {
     return top.owner->freezeAllAdded || top.underToolboxRoot;
 }
 
+bool SkipsFrozen(int type) { return type == 0 || type == vpRefreshIfChanged; }
+
 // What a refresh does with one directory.
 enum class Verdict { kSkipWithAllBeneath, kLeave, kReread };
 
 Verdict Decide(PathAllDirItemInfo& directory, int type) {
     if (directory.loadState == PathAllDirItemInfo::kChanged) return Verdict::kReread;
     const bool frozen = directory.loadState == PathAllDirItemInfo::kFrozen;
+    if (SkipsFrozen(type)) {
+        if (frozen) return Verdict::kSkipWithAllBeneath;
+        return HasChanged(directory) ? Verdict::kReread : Verdict::kLeave;
+    }
     switch (type) {
-        case 0:
-        case vpRefreshIfChanged:
-            if (frozen) return Verdict::kSkipWithAllBeneath;
-            return HasChanged(directory) ? Verdict::kReread : Verdict::kLeave;
         case vpRefreshUnlessFrozen:
             return frozen ? Verdict::kLeave : Verdict::kReread;
         case vpRefreshAlways:
@@ -89,6 +91,16 @@ bool RefreshOne(PathAllDirItemInfo& directory, int type, bool& anyReread) {
     return true;
 }
 
+// `at`, or the first directory after it with which a refresh has anything to do: frozen ones, which
+// may be most of a path, are passed over in the list.
+PathDirItemInfo* SkipFrozen(const PathOrder& directories, PathDirItemInfo* at, int type) {
+    if (!SkipsFrozen(type)) return at;
+    while (at != nullptr && at->isFrozen() && !at->hasDirFlag(PathAllDirItemInfo::kReading)) {
+        at = directories.nextAfter(*at);
+    }
+    return at;
+}
+
 // Visits the directory and, preorder, the special directories beneath it as they are once their
 // parent was visited; `visit` says whether to go beneath. Visits may call into the host.
 template <class Visit>
@@ -115,10 +127,10 @@ bool RefreshDirectory(PathAllDirItemInfo& directory, int type) {
 
 void RefreshAllDirectories(PathMgr& path, int type) {
     const PathOrder& directories = path.contents.directories;
-    ItemRef<PathDirItemInfo> at(directories.first());
+    ItemRef<PathDirItemInfo> at(SkipFrozen(directories, directories.first(), type));
     while (at && path.valid) {
         RefreshDirectory(*at, type);
-        at.reset(directories.nextAfter(*at));
+        at.reset(SkipFrozen(directories, directories.nextAfter(*at), type));
     }
 }
 
