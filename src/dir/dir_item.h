@@ -62,23 +62,24 @@ class PathAllDirItemInfo : public PathItemInfo {
     // have been cleared.
     void detach();
 
-    HkVector<PathFileItemInfo*> files;  // all lists in listing order
-    HkVector<PathPackageDirItemInfo*> packageDirs;
-    HkVector<PathClassDirItemInfo*> classDirs;
-    HkVector<PathSubDirItemInfo*> subDirs;
-    PathPrivateDirItemInfo* privateDir = nullptr;
-    ChildIndex childIndex;           // by name; made when a search first asks this directory
-    PathDirItemInfo* top = nullptr;  // null once detached
-    HkBlock<char> detachedName;      // the full name, once detached under a handle
-    NameRecordRef detachedRecord;    // then keeps the text of the name
-    int64_t timeStamp = 0;           // the recorded modification time, whole seconds
-    uint32_t changeCount = 0;        // detected changes
-    uint32_t life = 0;               // counts how often the contents were cleared
-    uint32_t siblingIndex = 0;       // place in the parent's list of package or class directories
-    uint8_t dirKind;                 // a vpDirType; 1 is told from 2 by kind()
+    // What look-ups and refreshes read comes first: they miss the caches here.
+    uint8_t dirKind;  // a vpDirType; 1 is told from 2 by kind()
     uint8_t loadState = kNeverRead;
     uint8_t stampMode = 0;  // 1 after a stamp was read at load, 5 while it is being read
     uint8_t dirFlags = 0;
+    uint32_t changeCount = 0;                       // detected changes
+    int64_t timeStamp = 0;                          // the recorded modification time, whole seconds
+    PathDirItemInfo* top = nullptr;                 // null once detached
+    HkVector<PathPackageDirItemInfo*> packageDirs;  // all lists in listing order
+    HkVector<PathClassDirItemInfo*> classDirs;
+    PathPrivateDirItemInfo* privateDir = nullptr;
+    HkVector<PathFileItemInfo*> files;
+    HkVector<PathSubDirItemInfo*> subDirs;
+    ChildIndex childIndex;         // by name; made when a search first asks this directory
+    HkBlock<char> detachedName;    // the full name, once detached under a handle
+    NameRecordRef detachedRecord;  // then keeps the text of the name
+    uint32_t life = 0;             // counts how often the contents were cleared
+    uint32_t siblingIndex = 0;     // place in the parent's list of package or class directories
 
   protected:
     PathAllDirItemInfo(PathAllDirItemInfo* container, bool kindConfirmed, int kindOfDir);

@@ -36,10 +36,10 @@ Component WholeName(std::string_view name) { return {{}, name, {}, {}, true}; }
 Component ComponentOf(const PathItemInfo& item) {
     auto* const directory = const_cast<PathItemInfo&>(item).asDirectory();
     if (directory != nullptr) {
-        if (directory->detachedName != nullptr) return WholeName(directory->detachedName.get());
         if (directory->dirKind == vpDirTypePath || directory->dirKind == vpDirTypeNone) {
             return WholeName(static_cast<const PathDirItemInfo*>(directory)->fullNameView());
         }
+        if (directory->detachedName != nullptr) return WholeName(directory->detachedName.get());
     }
     Component component;
     switch (item.mark()) {

@@ -7,14 +7,14 @@
 
 #include "dir/name_table.h"
 
+static_assert(sizeof(PathNameInfo) == 56);  // half the files of a path have one
+
 PathNameInfo* PathNameInfo::Create(NameTable& table, uint32_t hash, std::string_view key,
                                    std::string_view spelling) {
     const bool sameText = key == spelling;
     const size_t textSize = (key.size() + 1) * (sameText ? 1 : 2);
     void* const place = AllocateOrFail(sizeof(PathNameInfo) + textSize);
-    auto* record = ::new (place) PathNameInfo(table, hash);
-    record->keyLength_ = static_cast<uint32_t>(key.size());
-    record->firstSpellingIsKey_ = sameText;
+    auto* record = ::new (place) PathNameInfo(table, hash, key, sameText);
     char* text = record->text();
     std::memcpy(text, key.data(), key.size());
     text[key.size()] = '\0';
@@ -32,34 +32,40 @@ void PathNameInfo::Destroy(PathNameInfo* record) {
 }
 
 const char* PathNameInfo::spelling(uint32_t index) const {
-    if (index == 0) return firstSpellingIsKey_ ? text() : text() + keyLength_ + 1;
-    return further_->texts[index - 1].get();
+    if (index == 0) return firstSpellingIsKey_ != 0 ? text() : text() + keyLength_ + 1;
+    return more_->texts[index - 1].get();
 }
 
 uint32_t PathNameInfo::internSpelling(std::string_view text) {
     // Every spelling has the key's length.
     if (std::memcmp(spelling(0), text.data(), text.size()) == 0) return 0;
-    if (further_ == nullptr) further_ = std::make_unique<FurtherSpellings>();
-    const auto known = further_->indexes.find(text);
-    if (known != further_->indexes.end()) return known->second;
+    const auto known = more().indexes.find(text);
+    if (known != more_->indexes.end()) return known->second;
     HkBlock<char> copy(DuplicateText(text));
     const std::string_view kept(copy.get(), text.size());
-    further_->texts.push_back(std::move(copy));
-    const auto index = static_cast<uint32_t>(further_->texts.size());
-    further_->indexes.emplace(kept, index);
+    more_->texts.push_back(std::move(copy));
+    const auto index = static_cast<uint32_t>(more_->texts.size());
+    more_->indexes.emplace(kept, index);
     return index;
 }
 
+PathNameInfo::More& PathNameInfo::more() {
+    if (more_ == nullptr) more_ = std::make_unique<More>();
+    return *more_;
+}
+
 NameList& PathNameInfo::listFor(NameCategory category) {
-    if (all_ == nullptr) {
-        if (sole_.empty()) soleCategory_ = category;
-        if (category == soleCategory_) return sole_;
+    const auto index = static_cast<uint32_t>(category);
+    if (more_ == nullptr || more_->lists == nullptr) {
+        if (sole_.empty()) soleCategory_ = index & 0xFU;
+        if (index == soleCategory_) return sole_;
+        HkBlock<NameList>& all = more().lists;
         auto* lists = static_cast<NameList*>(AllocateOrFail(kNameCategories * sizeof(NameList)));
         std::uninitialized_default_construct_n(lists, kNameCategories);
-        lists[static_cast<int>(soleCategory_)] = sole_;
-        all_.reset(lists);
+        lists[soleCategory_] = sole_;
+        all.reset(lists);
     }
-    return all_.get()[static_cast<int>(category)];
+    return more_->lists.get()[index];
 }
 
 NameRecordRef::NameRecordRef(PathNameInfo* record) : record_(record) {

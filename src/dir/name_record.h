@@ -35,38 +35,53 @@ class PathNameInfo : public HkAllocated {
 
     // The list of a category, null while nothing was ever in it.
     NameList* list(NameCategory category) {
-        if (all_ != nullptr) return &all_.get()[static_cast<int>(category)];
-        return category == soleCategory_ ? &sole_ : nullptr;
+        if (more_ != nullptr && more_->lists != nullptr) {
+            return &more_->lists.get()[static_cast<int>(category)];
+        }
+        return static_cast<uint32_t>(category) == soleCategory_ ? &sole_ : nullptr;
     }
     NameList& listFor(NameCategory category);  // makes it
 
-    uint32_t linkedItems = 0;  // in all lists
-    uint32_t pins = 0;         // NameRecordRefs
-    const uint32_t hash;       // of the key
     PathNameInfo* nextInChain = nullptr;
-    NameTable* table;  // null once taken out of it
+    const uint32_t hash;  // of the key
 
   private:
-    struct FurtherSpellings : HkAllocated {
+    // What few names have: a second category, a second spelling.
+    struct More : HkAllocated {
+        HkBlock<NameList> lists;  // one for each category
         HkVector<HkBlock<char>> texts;
         std::unordered_map<std::string_view, uint32_t, std::hash<std::string_view>, std::equal_to<>,
                            HkAllocator<std::pair<const std::string_view, uint32_t>>>
             indexes;
     };
 
-    PathNameInfo(NameTable& owner, uint32_t hashOfKey) : hash(hashOfKey), table(&owner) {}
+    PathNameInfo(NameTable& owner, uint32_t hashOfKey, std::string_view key, bool spelledAsKey)
+        : hash(hashOfKey),
+          keyLength_(static_cast<uint32_t>(key.size())),
+          table(&owner),
+          pins(0),
+          soleCategory_(0),
+          firstSpellingIsKey_(spelledAsKey) {}
     ~PathNameInfo() = default;
+
+    More& more();
 
     // Behind the object: the key and, when it differs, the first spelling, each with a NUL.
     char* text() { return reinterpret_cast<char*>(this + 1); }
     const char* text() const { return reinterpret_cast<const char*>(this + 1); }
 
+    uint32_t keyLength_;
     NameList sole_;
-    HkBlock<NameList> all_;
-    std::unique_ptr<FurtherSpellings> further_;
-    uint32_t keyLength_ = 0;
-    NameCategory soleCategory_ = NameCategory::kFileInPathDir;
-    bool firstSpellingIsKey_ = true;
+    std::unique_ptr<More> more_;
+
+  public:
+    NameTable* table;          // null once taken out of it
+    uint32_t linkedItems = 0;  // in all lists
+    uint32_t pins : 27;        // NameRecordRefs
+
+  private:
+    uint32_t soleCategory_ : 4;
+    uint32_t firstSpellingIsKey_ : 1;
 };
 
 // Keeps a record, though it be empty, for an open search.

@@ -6,6 +6,7 @@
 #include "pathname/compare.h"
 #include "pathname/components.h"
 #include "pathname/folded_name.h"
+#include "pathname/text.h"
 
 namespace {
 
@@ -20,18 +21,28 @@ bool LiesUnderToolboxRoot(const PathMgr& path, const char* fullName) {
 }  // namespace
 
 PathDirItemInfo::PathDirItemInfo(PathMgr& path, std::string_view name, int kindOfDir)
-    : PathAllDirItemInfo(nullptr, true, kindOfDir), owner(&path) {
+    : PathAllDirItemInfo(nullptr, true, kindOfDir),
+      owner(&path),
+      fullNameLength(static_cast<uint32_t>(name.size())) {
     top = this;
+    WriteText(reinterpret_cast<char*>(this + 1), name);
     if (kindOfDir == vpDirTypeNone) return;
     clear(kLinked);  // until it enters the path
-    fullName.reset(DuplicateText(name));
-    fullNameLength = static_cast<uint32_t>(name.size());
     foldedNameHash = FoldedName(name).hash();
-    underToolboxRoot = LiesUnderToolboxRoot(path, fullName.get());
+    underToolboxRoot = LiesUnderToolboxRoot(path, fullName());
+}
+
+template <class Item>
+Item* PathDirItemInfo::Make(PathMgr& path, std::string_view name, int kindOfDir) {
+    static_assert(sizeof(Item) == sizeof(PathDirItemInfo), "the name stands behind the object");
+    HkBlock<void> place(AllocateOrFail(sizeof(Item) + name.size() + 1));
+    Item* const item = ::new (place.get()) Item(path, name, kindOfDir);
+    (void)place.release();  // the item's own from here on
+    return item;
 }
 
 PathDirItemInfo* PathDirItemInfo::Create(PathMgr& path, std::string_view fullName) {
-    return new PathDirItemInfo(path, fullName, vpDirTypePath);
+    return Make<PathDirItemInfo>(path, fullName, vpDirTypePath);
 }
 
 int PathDirItemInfo::kind() const {
@@ -39,7 +50,6 @@ int PathDirItemInfo::kind() const {
 }
 
 const char* PathDirItemInfo::baseName() const {
-    if (fullName == nullptr) return "";
     const std::string_view whole = fullNameView();
     const std::string_view last = LastComponent(whole);
     return last.empty() ? whole.data() : last.data();
@@ -59,9 +69,11 @@ void PathDirItemInfo::leavePath() {
 }
 
 PathRelativeDirItemInfo* PathRelativeDirItemInfo::Create(PathMgr& path, std::string_view fullName) {
-    return new PathRelativeDirItemInfo(path, fullName, vpDirTypePath);
+    return Make<PathRelativeDirItemInfo>(path, fullName, vpDirTypePath);
 }
 
-NullDirItemInfo::NullDirItemInfo(PathMgr& path) : PathDirItemInfo(path, {}, vpDirTypeNone) {
-    set(kOwned);
+NullDirItemInfo* NullDirItemInfo::Create(PathMgr& path) {
+    auto* const item = Make<NullDirItemInfo>(path, {}, vpDirTypeNone);
+    item->set(kOwned);
+    return item;
 }

@@ -19,7 +19,9 @@ class PathDirItemInfo : public PathAllDirItemInfo {
     int kind() const override;
     const char* baseName() const override;
 
-    std::string_view fullNameView() const { return {fullName.get(), fullNameLength}; }
+    // Stands behind the object; empty for the null directory.
+    const char* fullName() const { return reinterpret_cast<const char*>(this + 1); }
+    std::string_view fullNameView() const { return {fullName(), fullNameLength}; }
 
     bool onPath() const { return slot != Slot::kOffPath; }
 
@@ -34,18 +36,20 @@ class PathDirItemInfo : public PathAllDirItemInfo {
     // item can enter again.
     void leavePath();
 
-    PathMgr* owner;          // null once the path was removed
-    HkBlock<char> fullName;  // null for the null directory
-    uint32_t fullNameLength = 0;
-    uint32_t foldedNameHash = 0;            // of the lower-cased full name
-    int64_t order = 0;                      // path order: ascending
+    PathMgr* owner;                         // null once the path was removed
     PathDirItemInfo* nextOnPath = nullptr;  // see path/path_order.h
     PathDirItemInfo* prevOnPath = nullptr;
+    int64_t order = 0;            // path order: ascending
+    uint32_t foldedNameHash = 0;  // of the lower-cased full name
+    const uint32_t fullNameLength;
     Slot slot = Slot::kOffPath;
     bool underToolboxRoot = false;
 
   protected:
     PathDirItemInfo(PathMgr& path, std::string_view name, int kindOfDir);
+
+    template <class Item>
+    static Item* Make(PathMgr& path, std::string_view name, int kindOfDir);
 };
 
 class PathRelativeDirItemInfo final : public PathDirItemInfo {
@@ -54,12 +58,17 @@ class PathRelativeDirItemInfo final : public PathDirItemInfo {
     bool isRelative() const override { return true; }
 
   private:
+    friend class PathDirItemInfo;
     using PathDirItemInfo::PathDirItemInfo;
 };
 
 // What look-ups answer when there is no directory: one for each path, without a name or contents.
 class NullDirItemInfo final : public PathDirItemInfo {
   public:
-    explicit NullDirItemInfo(PathMgr& path);
+    static NullDirItemInfo* Create(PathMgr& path);
     int kind() const override { return 0; }
+
+  private:
+    friend class PathDirItemInfo;
+    using PathDirItemInfo::PathDirItemInfo;
 };

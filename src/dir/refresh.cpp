@@ -170,7 +170,7 @@ void RevalidateRelativeDirectory(PathDirItemInfo& directory) {
     const vpPath whileRevalidating(directory.owner);
     directory.changeCount = 1;
     directory.stampMode = kStampModeHeld;
-    if (directory.owner->isDirectory(directory.fullName.get()) && IsAlive(directory)) {
+    if (directory.owner->isDirectory(directory.fullName()) && IsAlive(directory)) {
         ReadStampAfterLoad(directory);
     }
     if (!IsAlive(directory)) return;

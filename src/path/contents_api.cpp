@@ -280,7 +280,7 @@ void vpDeleteNonExistentDirectories(vpPath path) {
         const PathOrder& order = live->contents.directories;
         ItemRef<PathDirItemInfo> at(order.firstAdded());
         while (at && live->valid) {
-            const bool stays = live->isDirectory(at->fullName.get());
+            const bool stays = live->isDirectory(at->fullName());
             if (!live->valid) return;
             ItemRef<PathDirItemInfo> const next(order.nextAfter(*at));
             if (!stays && at->onPath()) live->contents.removeDir(*at);

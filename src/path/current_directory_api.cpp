@@ -53,7 +53,7 @@ char* vpGetCWDName(vpPath path, char* buf, unsigned int size) {
         live != nullptr ? live->contents.directories.current() : nullptr;
     if (current == nullptr || buf == nullptr || size == 0) return nullptr;
     const size_t length = std::min<size_t>(current->fullNameLength, size - 1);
-    std::memcpy(buf, current->fullName.get(), length);
+    std::memcpy(buf, current->fullName(), length);
     buf[length] = '\0';
     return buf;
 }

@@ -12,7 +12,7 @@ PathMgr::PathMgr(const Settings& settings)
     if (settings.preFrozenRoot != nullptr) {
         preFrozenRoot.reset(DuplicateText(settings.preFrozenRoot));
     }
-    nullDir = new NullDirItemInfo(*this);
+    nullDir = NullDirItemInfo::Create(*this);
 }
 
 PathMgr::~PathMgr() { empty(); }
