@@ -55,6 +55,16 @@ bool ConfirmCandidate(PathMgr& path, PathItemInfo& item) {
     return false;
 }
 
+NameCategory FirstPlaceOf(SearchScope scope) { return OrderOf(scope).front(); }
+
+bool IsClassName(PathNameInfo& record) {
+    const auto holdsAny = [&record](NameCategory category) {
+        const NameList* const list = record.list(category);
+        return list != nullptr && !list->empty();
+    };
+    return holdsAny(kClassInPathDir) || holdsAny(kClassElsewhere);
+}
+
 GeneralNameIterator::GeneralNameIterator(const NameQuery& query)
     : query_(query), remaining_(OrderOf(query.scope)), cursor_(query.path, query.record) {
     cursor_.start(remaining_.front());
@@ -84,20 +94,12 @@ ConstructorIterator::ConstructorIterator(const NameQuery& query)
 }
 
 PathItemInfo* ConstructorIterator::next(const SearchMode& mode) {
-    if (!mode.admits(kFileElsewhere) || !anyClassDirectory()) return nullptr;
+    // Most names are methods of many classes and no class themselves: those are done at once.
+    if (!mode.admits(kFileElsewhere) || !IsClassName(query_.record)) return nullptr;
     while (PathItemInfo* const item = cursor_.next()) {
         if (matches(*item) && ConfirmCandidate(query_.path, *item)) return item;
     }
     return nullptr;
-}
-
-// Most names are methods of many classes and no class themselves: those are done at once.
-bool ConstructorIterator::anyClassDirectory() const {
-    const auto holdsAny = [this](NameCategory category) {
-        const NameList* const list = query_.record.list(category);
-        return list != nullptr && !list->empty();
-    };
-    return holdsAny(kClassInPathDir) || holdsAny(kClassElsewhere);
 }
 
 bool ConstructorIterator::matches(const PathItemInfo& item) const {

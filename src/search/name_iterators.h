@@ -38,6 +38,12 @@ class CandidateIterator {
 // has become a directory is retired: unlinked, and its directory marked changed.
 bool ConfirmCandidate(PathMgr& path, PathItemInfo& item);
 
+// The list of the name record that a search of the scope goes through first.
+NameCategory FirstPlaceOf(SearchScope scope);
+
+// Whether there is a class of that name: a constructor then comes before the files of the path.
+bool IsClassName(PathNameInfo& record);
+
 // The lists of the name record, one category after another, each across the whole path.
 class GeneralNameIterator final : public CandidateIterator {
   public:
@@ -60,7 +66,6 @@ class ConstructorIterator final : public CandidateIterator {
     PathItemInfo* next(const SearchMode& mode) override;
 
   private:
-    bool anyClassDirectory() const;
     bool matches(const PathItemInfo& item) const;
 
     NameQuery query_;

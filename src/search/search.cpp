@@ -7,13 +7,16 @@
 #include "dir/path_dir_item.h"
 #include "path/path_mgr.h"
 #include "search/acceptance.h"
+#include "search/plain_lookup.h"
 
 namespace {
 
 constexpr unsigned int kFoundSubdirectory = 0xFFFFFFFF;
 
-bool ResolveCase(vpCaseSensitivity rule, const PathMgr& path) {
-    switch (rule) {
+}  // namespace
+
+bool SearchRequest::caseSensitive() const {
+    switch (caseRule) {
         case vpCaseSensitive:
         case vpCaseDefault:
             return true;
@@ -24,8 +27,6 @@ bool ResolveCase(vpCaseSensitivity rule, const PathMgr& path) {
     }
 }
 
-}  // namespace
-
 vpSearch::vpSearch(const SearchRequest& request, NormalizedSearchName name, bool outlivesCall)
     : path_(&request.path),
       start_(&request.start),
@@ -33,7 +34,7 @@ vpSearch::vpSearch(const SearchRequest& request, NormalizedSearchName name, bool
       extensions_(request.extensions, outlivesCall),
       scope_(request.scope),
       verifies_(request.readCheck == vpReadCheckVerify),
-      caseSensitive_(ResolveCase(request.caseRule, request.path)) {
+      caseSensitive_(request.caseSensitive()) {
     buildIterators();
 }
 
@@ -174,6 +175,15 @@ vpSearch* OpenSearch(const SearchRequest& request) {
 }
 
 bool FindFirstFile(const SearchRequest& request, char* nameOut, vpSearch::Match& match) {
+    switch (LookUpPlainName(request, nameOut, match)) {
+        case PlainAnswer::kFile:
+            return true;
+        case PlainAnswer::kNothing:
+            match = {0, vpDir(request.path.nullDir)};
+            return true;
+        case PlainAnswer::kUnknown:
+            break;
+    }
     NormalizedSearchName name;
     if (!NormalizeSearchName(request.name, name)) return false;
     vpSearch search(request, std::move(name), false);

@@ -23,6 +23,8 @@ struct SearchRequest {
     const char** extensions;
     vpReadCheck readCheck;
     vpCaseSensitivity caseRule;
+
+    bool caseSensitive() const;
 };
 
 class vpSearch : public HkAllocated {

@@ -1,0 +1,65 @@
+#include "search/plain_lookup.h"
+
+#include "dir/full_name.h"
+#include "dir/path_dir_item.h"
+#include "path/path_mgr.h"
+#include "pathname/compare.h"
+#include "pathname/folded_name.h"
+
+namespace {
+
+// A name that needs no normalising and says nothing of directories.
+struct PlainName {
+    std::string_view base;
+    const char* extension = nullptr;  // null without one; never empty
+
+    bool take(const char* name) {
+        if (name == nullptr || *name == '\0' || std::strchr("~@+/", *name) != nullptr) return false;
+        const char* dot = nullptr;
+        const char* end = name + 1;
+        for (; *end != '\0'; ++end) {
+            if (*end == '/') return false;
+            if (*end == '.') dot = end;
+        }
+        if (end - name >= kLongest) return false;
+        base = {name, dot != nullptr ? dot : end};
+        if (dot != nullptr && dot[1] != '\0') extension = dot + 1;
+        return true;
+    }
+
+    static constexpr std::ptrdiff_t kLongest = 128;
+};
+
+// Whether files of the name can come before those of its first list.
+bool MayBePreceded(PathNameInfo& record, const SearchRequest& request) {
+    return request.scope == SearchScope::kVisible &&
+           (request.start.privateDir != nullptr || IsClassName(record));
+}
+
+}  // namespace
+
+PlainAnswer LookUpPlainName(const SearchRequest& request, char* nameOut, vpSearch::Match& match) {
+    PlainName name;
+    if (request.readCheck == vpReadCheckVerify || !name.take(request.name)) {
+        return PlainAnswer::kUnknown;
+    }
+    PathMgr& path = request.path;
+    PathNameInfo* const record = path.nameTable.lookup(name.base);
+    if (record == nullptr) return PlainAnswer::kNothing;
+    NameList* const list = record->list(FirstPlaceOf(request.scope));
+    if (list == nullptr || MayBePreceded(*record, request)) return PlainAnswer::kUnknown;
+
+    const bool caseSensitive = request.caseSensitive();
+    const ExtensionList extensions(request.extensions, /*keep=*/false);
+    for (PathItemInfo* item = list->first(path.orderEpoch()); item != nullptr; item = item->next) {
+        if (!SameName(item->name(), name.base, caseSensitive)) continue;
+        if (!item->has(PathItemInfo::kKindConfirmed)) return PlainAnswer::kUnknown;
+        const auto& file = static_cast<const PathFileItemInfo&>(*item);
+        match.result = extensions.accept(file.getExtension(), name.extension, caseSensitive);
+        if (match.result == 0) continue;
+        match.directory = item->parent;
+        if (nameOut != nullptr) WriteFullName(file, nameOut);
+        return PlainAnswer::kFile;
+    }
+    return PlainAnswer::kUnknown;
+}
