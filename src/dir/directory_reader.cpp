@@ -69,7 +69,11 @@ class DepthFirstRead {
         ReadStampAfterLoad(directory);
         if (!frame.read.current()) return;
         directory.clearDirFlag(PathAllDirItemInfo::kChangedWithNewStamp);
-        frame.listing.emplace(*directory.path(), directory);
+        ListingReader& listing = frame.listing.emplace(*directory.path(), directory);
+        if (!frame.read.current()) return;
+        directory.files.reserve(
+            listing.countFiles());  // most are never read again: no room to spare
+        listing.prefetchNames();
     }
 
     void step() {

@@ -1,5 +1,7 @@
 #include "dir/listing_reader.h"
 
+#include <cstring>
+
 #include "dir/full_name.h"
 #include "dir/path_dir_item.h"
 #include "path/path_mgr.h"
@@ -64,12 +66,24 @@ ListingReader::ListingReader(PathMgr& path, PathAllDirItemInfo& directory)
     cursor_ = names_.get();
 }
 
+size_t ListingReader::countFiles() const {
+    size_t files = 0;
+    size_t index = 0;
+    for (const char* name = names_.get(); *name != '\0'; name += std::strlen(name) + 1, ++index) {
+        if (words_ == nullptr || (words_.get()[index] & kWordDirectory) == 0) ++files;
+    }
+    return files;
+}
+
+void ListingReader::prefetchNames() { prefetch_.emplace(path_->nameTable, cursor_); }
+
 bool ListingReader::next(ListingEntry& entry) {
     while (*cursor_ != '\0') {
         const std::string_view name(cursor_);
         const unsigned int word = words_ != nullptr ? words_.get()[entryIndex_] : 0;
         cursor_ += name.size() + 1;
         ++entryIndex_;
+        if (prefetch_) prefetch_->advance();
         if (name.front() == '.') continue;
         entry = classify(name, word);
         return true;

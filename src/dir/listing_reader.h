@@ -2,10 +2,12 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string_view>
 
 #include "base/memory.h"
 #include "dir/item.h"
+#include "dir/name_prefetch.h"
 
 class PathAllDirItemInfo;
 class PathMgr;
@@ -31,6 +33,12 @@ class ListingReader {
     // has an empty one.
     ListingReader(PathMgr& path, PathAllDirItemInfo& directory);
 
+    // How many entries there can be that are no directories. Cost: one pass over the names.
+    size_t countFiles() const;
+
+    // For a reader whose entries will be looked for, or made, in the name table one after another.
+    void prefetchNames();
+
     // The next entry, hidden names left out; false at the end. Asks the host to confirm entries
     // that are named like special directories.
     bool next(ListingEntry& entry);
@@ -43,5 +51,6 @@ class ListingReader {
     HkBlock<char> names_;
     HkBlock<unsigned int> words_;
     const char* cursor_ = "";
+    std::optional<NamePrefetch> prefetch_;
     size_t entryIndex_ = 0;  // counts every name passed, those left out included
 };

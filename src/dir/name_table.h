@@ -35,6 +35,10 @@ class NameTable {
 
     void remove(PathNameInfo& record);
 
+    // Ask the processor for a bucket, and for the first record of a bucket that is there.
+    void prefetchBucket(uint32_t hash) const { __builtin_prefetch(&buckets_[hash % bucketCount_]); }
+    void prefetchRecord(uint32_t hash) const { __builtin_prefetch(buckets_[hash % bucketCount_]); }
+
     uint32_t size() const { return entryCount_; }
     uint32_t bucketCount() const { return bucketCount_; }
     PathNameInfo* bucket(uint32_t index) const { return buckets_[index]; }
