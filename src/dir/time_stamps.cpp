@@ -1,5 +1,7 @@
 #include "dir/time_stamps.h"
 
+#include <vpath/path.h>
+
 #include "dir/clock.h"
 #include "dir/full_name.h"
 #include "dir/path_dir_item.h"
@@ -8,6 +10,10 @@
 namespace {
 
 int64_t HostTimeOf(PathAllDirItemInfo& directory) {
+    if (directory.dirKind == vpDirTypePath) {
+        auto& onPath = static_cast<PathDirItemInfo&>(directory);
+        return onPath.owner->modificationTime(onPath.fullName());
+    }
     const FullName fullName(directory);
     return directory.path()->modificationTime(fullName.text());
 }
