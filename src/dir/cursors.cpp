@@ -37,6 +37,8 @@ void NameCursor::start(NameCategory category) {
     at_.reset();
 }
 
+void NameCursor::startAfter(PathItemInfo& item) { at_.reset(&item); }
+
 PathItemInfo* NameCursor::next() {
     NameList* const list = record_.list(category_);
     if (list == nullptr) return nullptr;

@@ -60,8 +60,9 @@ class NameCursor : public Cursor {
   public:
     NameCursor(PathMgr& path, PathNameInfo& record);
 
-    void start(NameCategory category);  // before the first item of that list
-    PathItemInfo* next();               // in path order; null at the end
+    void start(NameCategory category);    // before the first item of that list
+    void startAfter(PathItemInfo& item);  // of the list that was started
+    PathItemInfo* next();                 // in path order; null at the end
 
   private:
     void itemUnlinked(PathItemInfo& item) override;

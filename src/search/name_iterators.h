@@ -50,6 +50,7 @@ class GeneralNameIterator final : public CandidateIterator {
     explicit GeneralNameIterator(const NameQuery& query);
     PathItemInfo* next(const SearchMode& mode) override;
     bool reachesDeep() const override { return true; }
+    void startAfter(PathItemInfo& item) { cursor_.startAfter(item); }  // of the first list
 
   private:
     bool matches(const PathItemInfo& item) const;

@@ -1,6 +1,5 @@
 #include "search/plain_lookup.h"
 
-#include "dir/full_name.h"
 #include "dir/path_dir_item.h"
 #include "path/path_mgr.h"
 #include "pathname/compare.h"
@@ -38,28 +37,24 @@ bool MayBePreceded(PathNameInfo& record, const SearchRequest& request) {
 
 }  // namespace
 
-PlainAnswer LookUpPlainName(const SearchRequest& request, char* nameOut, vpSearch::Match& match) {
+PlainLookup LookUpPlainName(const SearchRequest& request) {
     PlainName name;
-    if (request.readCheck == vpReadCheckVerify || !name.take(request.name)) {
-        return PlainAnswer::kUnknown;
-    }
+    if (!name.take(request.name)) return {PlainAnswer::kUnknown};
     PathMgr& path = request.path;
     PathNameInfo* const record = path.nameTable.lookup(name.base);
-    if (record == nullptr) return PlainAnswer::kNothing;
+    if (record == nullptr) return {PlainAnswer::kNothing};
     NameList* const list = record->list(FirstPlaceOf(request.scope));
-    if (list == nullptr || MayBePreceded(*record, request)) return PlainAnswer::kUnknown;
+    if (list == nullptr || MayBePreceded(*record, request)) return {PlainAnswer::kUnknown};
 
     const bool caseSensitive = request.caseSensitive();
     const ExtensionList extensions(request.extensions, /*keep=*/false);
     for (PathItemInfo* item = list->first(path.orderEpoch()); item != nullptr; item = item->next) {
         if (!SameName(item->name(), name.base, caseSensitive)) continue;
-        if (!item->has(PathItemInfo::kKindConfirmed)) return PlainAnswer::kUnknown;
-        const auto& file = static_cast<const PathFileItemInfo&>(*item);
-        match.result = extensions.accept(file.getExtension(), name.extension, caseSensitive);
-        if (match.result == 0) continue;
-        match.directory = item->parent;
-        if (nameOut != nullptr) WriteFullName(file, nameOut);
-        return PlainAnswer::kFile;
+        if (!item->has(PathItemInfo::kKindConfirmed)) break;
+        auto* const file = static_cast<PathFileItemInfo*>(item);
+        const unsigned int result =
+            extensions.accept(file->getExtension(), name.extension, caseSensitive);
+        if (result != 0) return {PlainAnswer::kFile, file, result};
     }
-    return PlainAnswer::kUnknown;
+    return {PlainAnswer::kUnknown};
 }

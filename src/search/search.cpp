@@ -13,6 +13,10 @@ namespace {
 
 constexpr unsigned int kFoundSubdirectory = 0xFFFFFFFF;
 
+bool NeedsReadCheck(const SearchRequest& request, const PathFileItemInfo& file) {
+    return request.readCheck == vpReadCheckVerify && !file.parent->isFrozen();
+}
+
 }  // namespace
 
 bool SearchRequest::caseSensitive() const {
@@ -68,6 +72,10 @@ void vpSearch::buildNameIterators(PathNameInfo& record) {
         iterators_[iteratorCount_++] = &constructor_.emplace(query);
     }
     iterators_[iteratorCount_++] = &general_.emplace(query);
+}
+
+void vpSearch::passOver(PathItemInfo& item) {
+    if (general_ && item.has(PathItemInfo::kLinked)) general_->startAfter(item);
 }
 
 // Makes the next candidate the current one; none at the end.
@@ -175,18 +183,32 @@ vpSearch* OpenSearch(const SearchRequest& request) {
 }
 
 bool FindFirstFile(const SearchRequest& request, char* nameOut, vpSearch::Match& match) {
-    switch (LookUpPlainName(request, nameOut, match)) {
-        case PlainAnswer::kFile:
+    const PlainLookup plain = LookUpPlainName(request);
+    if (plain.answer == PlainAnswer::kNothing) {
+        match = {0, vpDir(request.path.nullDir)};
+        return true;
+    }
+    if (plain.answer == PlainAnswer::kFile && !NeedsReadCheck(request, *plain.file)) {
+        if (nameOut != nullptr) WriteFullName(*plain.file, nameOut);
+        match = {plain.result, vpDir(plain.file->parent)};
+        return true;
+    }
+    const vpPath whileFinding(&request.path);
+    const ItemRef<PathFileItemInfo> file(plain.file);
+    if (file) {
+        const FullName fullName(*file);
+        const bool isReadable = request.path.io.isPathnameOk(fullName.text());
+        if (!request.path.valid) return true;
+        if (isReadable && file->has(PathItemInfo::kLinked)) {
+            if (nameOut != nullptr) std::memcpy(nameOut, fullName.text(), fullName.length() + 1);
+            match = {plain.result, vpDir(file->parent)};
             return true;
-        case PlainAnswer::kNothing:
-            match = {0, vpDir(request.path.nullDir)};
-            return true;
-        case PlainAnswer::kUnknown:
-            break;
+        }
     }
     NormalizedSearchName name;
     if (!NormalizeSearchName(request.name, name)) return false;
     vpSearch search(request, std::move(name), false);
+    if (file) search.passOver(*file);
     match = search.findNextFile(nameOut);
     return true;
 }

@@ -45,6 +45,10 @@ class vpSearch : public HkAllocated {
     Match findNextFileBounded(char* nameOut);
     Match findNextDir();
 
+    // Goes on after a file of the first list that the search goes through: it and those before it
+    // were refused. To be called before the first find.
+    void passOver(PathItemInfo& item);
+
     // The answer at the end: the path's null directory.
     Match nothing() const;
 
