@@ -355,6 +355,10 @@ void SearchModel::compare(const Model& model) {
     EXPECT_EQ(step("any " + search), model.answer(ask, kUnspecified));
     EXPECT_EQ(step("subs " + search), model.answer(ask, kSubdirectories));
     EXPECT_EQ(step("dirs " + search), model.answer(ask, kDirs));
+    if (rule == 3 && (ask.kind == 'A' || (ask.kind == 'V' && !ask.name.empty()))) {
+        const std::string hits = model.answer(ask, kFiles);
+        EXPECT_EQ(step("one " + search), hits.substr(0, hits.find(' '))) << "in one call";
+    }
     // The same files by a random mix of bounded and unbounded calls.
     step("open " + search);
     const auto directory = [](const std::string& hit) {

@@ -112,27 +112,41 @@ std::string PathTest::contents(const std::string& name) {
 }
 
 // KIND[:FROM] NAME [EXTENSION,...] [csN] [verify]
-vpSearch* PathTest::makeSearch(const std::vector<std::string>& words) {
-    std::vector<std::string> texts;
-    vpReadCheck check = vpReadCheckSkip;
-    int rule = vpCaseOfPath;
+PathTest::Asked::Asked(const std::vector<std::string>& words)
+    : kind(words[1][0]),
+      from(words[1].size() > 2 ? words[1].substr(2) : ""),
+      name(words[2] == "NULL" ? nullptr : words[2].c_str()) {
     for (size_t at = 3; at < words.size(); ++at) {
         if (words[at] == "verify") {
             check = vpReadCheckVerify;
         } else if (words[at].rfind("cs", 0) == 0) {
-            rule = std::stoi(words[at].substr(2));
+            rule = static_cast<vpCaseSensitivity>(std::stoi(words[at].substr(2)));
         } else {
             std::istringstream list(words[at] + ",");
             for (std::string text; std::getline(list, text, ',');) texts.push_back(text);
         }
     }
-    std::vector<const char*> exts;
     for (const std::string& text : texts) exts.push_back(text.c_str());
     exts.push_back(nullptr);
-    const std::string from = words[1].size() > 2 ? words[1].substr(2) : "";
-    return MakeSearch(path, words[1][0], from == "NULL" ? nullptr : from.c_str(),
-                      words[2] == "NULL" ? nullptr : words[2].c_str(), exts.data(), check,
-                      static_cast<vpCaseSensitivity>(rule));
+}
+
+vpSearch* PathTest::makeSearch(const std::vector<std::string>& words) {
+    Asked asked(words);
+    return MakeSearch(path, asked.kind, asked.from == "NULL" ? nullptr : asked.from.c_str(),
+                      asked.name, asked.exts.data(), asked.check, asked.rule);
+}
+
+// The first hit, in one call.
+std::string PathTest::firstHit(const std::vector<std::string>& words) {
+    Asked asked(words);
+    char found[10000];
+    const unsigned int result =
+        asked.kind == 'A'
+            ? vpFindFirstFileInAll(path, asked.name, asked.exts.data(), asked.check, nullptr, found)
+            : vpFindFirstFileVisibleToDir(dir(asked.from), asked.name, asked.exts.data(),
+                                          asked.check, nullptr, found);
+    if (result == 0) return "";
+    return (result == 0xFFFFFFFF ? "*:" : std::to_string(result) + ":") + found;
 }
 
 std::string PathTest::step(const std::string& command) {
@@ -229,6 +243,7 @@ std::string PathTest::step(const std::string& command) {
     for (const Want want : {kFiles, kUnspecified, kSubdirectories, kDirs}) {
         if (op == wants[want]) return HitsOf(makeSearch(given), want);
     }
+    if (op == "one") return firstHit(given);
     if (op == "open") return vpDestroySearch(&search_), search_ = makeSearch(given), "";
     if (op == "next" && search_ == nullptr) return "null";
     if (op == "next") return NextHit(search_, static_cast<Want>(name.empty() ? kFiles : number));

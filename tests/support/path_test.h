@@ -56,7 +56,19 @@ class PathTest : public testing::Test {
     vpPath path;
 
   private:
+    struct Asked {
+        explicit Asked(const std::vector<std::string>& words);  // keeps pointers to them
+
+        char kind;
+        std::string from;
+        const char* name;
+        std::vector<std::string> texts;
+        std::vector<const char*> exts;
+        vpReadCheck check = vpReadCheckSkip;
+        vpCaseSensitivity rule = vpCaseOfPath;
+    };
     vpSearch* makeSearch(const std::vector<std::string>& words);
+    std::string firstHit(const std::vector<std::string>& words);
     std::string contents(const std::string& name);
 
     vpSearch* search_ = nullptr;
