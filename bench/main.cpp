@@ -42,6 +42,7 @@ int main(int argc, char** argv) {
     RegisterRefreshMeasures();
     RegisterClassWalkMeasures();
     RegisterEditMeasures();
+    RegisterDiskMeasures();
     RegisterRealTreeMeasures();
     OneLinePerMeasure reporter;
     const size_t measures = benchmark::RunSpecifiedBenchmarks(&reporter);

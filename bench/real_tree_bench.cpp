@@ -9,16 +9,14 @@
 #include <vector>
 
 #include <vpath/search.h>
-#include <vpath_posix/posix_host.h>
 
 #include "measures.h"
 #include "support/host_calls.h"
+#include "support/posix_host.h"
 #include "support/rounds.h"
 
 namespace {
 
-constexpr HostFunctions kPosix = {vpPosixListDirectory, vpPosixAccessibility, vpPosixIsReadable,
-                                  vpPosixIsDirectory, vpPosixModificationTime};
 constexpr const char* kRoots[] = {"/usr/include", "/usr/share"};
 
 struct RealTree {
@@ -29,7 +27,7 @@ struct RealTree {
     }
 
     vpPath loadedPath() const {
-        const vpPath path = NewPath(kPosix);
+        const vpPath path = NewPath(kPosixHost);
         load(path);
         return path;
     }
@@ -77,15 +75,16 @@ std::shared_ptr<RealTree> Tree() {
 
 double InFreshProcess(const std::function<void(const vpPath&)>& work, size_t units) {
     return InChild([&]() -> std::vector<double> {
-        const vpPath path = NewPath(kPosix);
+        const vpPath path = NewPath(kPosixHost);
         return {Nanoseconds([&] { work(path); }) / static_cast<double>(units)};
     })[0];
 }
 
 std::vector<Contender> Load() {
     const auto tree = Tree();
-    const vpPath path = NewPath(kPosix);
-    const auto calls = std::make_shared<HostCalls>(Record(kPosix, path, [&] { tree->load(path); }));
+    const vpPath path = NewPath(kPosixHost);
+    const auto calls =
+        std::make_shared<HostCalls>(Record(kPosixHost, path, [&] { tree->load(path); }));
     vpRemovePath(path);
     return {{"library",
              [tree] {
@@ -93,8 +92,9 @@ std::vector<Contender> Load() {
                                        tree->files.size());
              }},
             {"callbacks", [tree, calls] {
-                 return InFreshProcess([&](const vpPath& fresh) { Replay(kPosix, fresh, *calls); },
-                                       tree->files.size());
+                 return InFreshProcess(
+                     [&](const vpPath& fresh) { Replay(kPosixHost, fresh, *calls); },
+                     tree->files.size());
              }}};
 }
 
@@ -102,11 +102,11 @@ std::vector<Contender> Refresh() {
     const auto tree = Tree();
     const vpPath path = tree->loadedPath();
     const auto refresh = [path] { vpRefreshAllDirectories(path, vpRefreshIfChanged); };
-    const auto calls = std::make_shared<HostCalls>(Record(kPosix, path, refresh));
+    const auto calls = std::make_shared<HostCalls>(Record(kPosixHost, path, refresh));
     const auto units = static_cast<double>(tree->directories);
-    return {
-        {"library", [=] { return Nanoseconds(refresh) / units; }},
-        {"callbacks", [=] { return Nanoseconds([&] { Replay(kPosix, path, *calls); }) / units; }}};
+    return {{"library", [=] { return Nanoseconds(refresh) / units; }},
+            {"callbacks",
+             [=] { return Nanoseconds([&] { Replay(kPosixHost, path, *calls); }) / units; }}};
 }
 
 // Verified look-ups of files that are there, and the readability tests alone.
@@ -123,10 +123,10 @@ std::vector<Contender> Lookup() {
         }
     };
     const auto units = static_cast<double>(std::min<size_t>(tree->files.size(), 8192));
-    const auto calls = std::make_shared<HostCalls>(Record(kPosix, path, lookups));
-    return {
-        {"library", [=] { return Nanoseconds(lookups) / units; }},
-        {"callbacks", [=] { return Nanoseconds([&] { Replay(kPosix, path, *calls); }) / units; }}};
+    const auto calls = std::make_shared<HostCalls>(Record(kPosixHost, path, lookups));
+    return {{"library", [=] { return Nanoseconds(lookups) / units; }},
+            {"callbacks",
+             [=] { return Nanoseconds([&] { Replay(kPosixHost, path, *calls); }) / units; }}};
 }
 
 }  // namespace

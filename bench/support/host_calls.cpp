@@ -13,10 +13,7 @@ namespace {
 const HostFunctions* recorded = nullptr;
 HostCalls* record = nullptr;
 
-void Note(HostCalls::Kind kind, const char* name) {
-    record->calls.push_back({kind, record->names.size()});
-    record->names.append(name).push_back('\0');
-}
+void Note(HostCalls::Kind kind, const char* name) { record->add(kind, name); }
 
 char* List(vpPath path, const char* name, unsigned int** words) {
     Note(HostCalls::kList, name);
@@ -66,6 +63,11 @@ HostCalls Record(const HostFunctions& functions, const vpPath& path,
     work();
     InstallOn(path, functions);
     return calls;
+}
+
+void HostCalls::add(Kind kind, const std::string& name) {
+    calls.push_back({kind, names.size()});
+    names.append(name).push_back('\0');
 }
 
 size_t HostCalls::count(Kind kind) const {

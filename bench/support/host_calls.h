@@ -29,6 +29,7 @@ struct HostCalls {
     std::vector<Call> calls;
     std::string names;  // NUL-ended
 
+    void add(Kind kind, const std::string& name);
     size_t count(Kind kind) const;
 };
 

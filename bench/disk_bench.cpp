@@ -1,0 +1,149 @@
+// The ready-made POSIX host on a generated tree of real files, beside the same system calls without
+// the library. The trees are in the page cache after the first round.
+#include <fcntl.h>
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <functional>
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "measures.h"
+#include "support/disk_tree.h"
+#include "support/host_calls.h"
+#include "support/posix_host.h"
+#include "support/rounds.h"
+
+namespace {
+
+// The last one of each shape is kept until another is wanted: making a million files takes long.
+std::shared_ptr<DiskTree> TreeOf(size_t directories, size_t filesEach = 100) {
+    static std::shared_ptr<DiskTree> last;
+    static size_t lastDirectories, lastFiles;
+    if (last == nullptr || lastDirectories != directories || lastFiles != filesEach) {
+        last.reset();
+        last = std::make_shared<DiskTree>(TreeShape{.root = "disk",
+                                                    .directories = directories,
+                                                    .filesEach = filesEach,
+                                                    .privateDirectories = false});
+        lastDirectories = directories;
+        lastFiles = filesEach;
+    }
+    return last;
+}
+
+double InFreshProcess(const std::function<void(const vpPath&)>& work, size_t units) {
+    return InChild([&]() -> std::vector<double> {
+        const vpPath path = NewPath(kPosixHost);
+        return {Nanoseconds([&] { work(path); }) / static_cast<double>(units)};
+    })[0];
+}
+
+std::vector<Contender> Load(size_t directories) {
+    const auto tree = TreeOf(directories);
+    const auto list = std::make_shared<std::string>(tree->pathString());
+    const auto load = [list](const vpPath& path) {
+        vpAddDirsString(path, list->c_str(), vpAddAtEnd);
+    };
+    const auto calls = std::make_shared<HostCalls>();
+    for (const std::string& directory : tree->directories) {
+        calls->add(HostCalls::kAccessibility, directory);
+        calls->add(HostCalls::kModificationTime, directory);
+        calls->add(HostCalls::kList, directory);
+    }
+    return {{"library", [=] { return InFreshProcess(load, tree->fileCount); }},
+            {"callbacks", [=] {
+                 return InFreshProcess(
+                     [&](const vpPath& path) { Replay(kPosixHost, path, *calls); },
+                     tree->fileCount);
+             }}};
+}
+
+struct Loaded {
+    explicit Loaded(std::shared_ptr<DiskTree> files)
+        : tree(std::move(files)), path(NewPath(kPosixHost)) {
+        vpAddDirsString(path, tree->pathString().c_str(), vpAddAtEnd);
+    }
+    ~Loaded() { vpRemovePath(path); }
+    Loaded(const Loaded&) = delete;
+    Loaded& operator=(const Loaded&) = delete;
+
+    std::shared_ptr<DiskTree> tree;
+    vpPath path;
+};
+
+// One time-stamp call for each directory, and the listings of those that changed.
+std::vector<Contender> Refresh(size_t directories, bool changesOne) {
+    const auto loaded = std::make_shared<Loaded>(TreeOf(directories));
+    const auto calls = std::make_shared<HostCalls>();
+    const std::vector<std::string>& names = loaded->tree->directories;
+    const std::string& changed = names[names.size() / 2];
+    for (const std::string& name : names) {
+        calls->add(HostCalls::kModificationTime, name);
+        if (changesOne && &name == &changed) calls->add(HostCalls::kList, name);
+    }
+    const auto change = [=, count = std::make_shared<time_t>(1000)] {
+        if (!changesOne) return;
+        const timespec times[2] = {{++*count, 0}, {*count, 0}};  // long past, so that it is trusted
+        if (utimensat(AT_FDCWD, changed.c_str(), times, 0) != 0) throw std::runtime_error("utime");
+    };
+    vpRefreshAllDirectories(loaded->path, vpRefreshAlways);
+    const auto units = static_cast<double>(directories);
+    return {{"library",
+             [=] {
+                 change();
+                 return Nanoseconds(
+                            [&] { vpRefreshAllDirectories(loaded->path, vpRefreshIfChanged); }) /
+                        units;
+             }},
+            {"callbacks", [=] {
+                 return Nanoseconds([&] { Replay(kPosixHost, loaded->path, *calls); }) / units;
+             }}};
+}
+
+// A directory that is read again and holds what it held, beside its listing.
+std::vector<Contender> Merge(size_t files) {
+    const auto loaded = std::make_shared<Loaded>(TreeOf(1, files));
+    const vpDir directory = vpFindDirFullName(loaded->path, loaded->tree->directories[0].c_str());
+    const auto calls = std::make_shared<HostCalls>();
+    calls->add(HostCalls::kModificationTime, loaded->tree->directories[0]);
+    calls->add(HostCalls::kList, loaded->tree->directories[0]);
+    const size_t repeats = std::max<size_t>(1, 1000 / files);
+    const auto units = static_cast<double>(repeats * loaded->tree->fileCount);
+    const auto perFile = [units](double spent) { return spent / units; };
+    return {{"library",
+             [=] {
+                 return perFile(Nanoseconds([&] {
+                     for (size_t i = 0; i < repeats; ++i) {
+                         vpSetDirChanged(directory);
+                         vpRefreshDirectory(directory, vpRefreshPending);
+                     }
+                 }));
+             }},
+            {"callbacks", [=] {
+                 return perFile(Nanoseconds([&] {
+                     for (size_t i = 0; i < repeats; ++i) Replay(kPosixHost, loaded->path, *calls);
+                 }));
+             }}};
+}
+
+}  // namespace
+
+void RegisterDiskMeasures() {
+    for (const size_t files : {100U, 10000U, 100000U}) {
+        RegisterMeasure(
+            {"disk/merge/" + std::to_string(files), "ns/file", [files] { return Merge(files); }});
+    }
+    for (const size_t directories : {1000U, 10000U}) {
+        const std::string size = std::to_string(directories);
+        RegisterMeasure(
+            {"disk/load/" + size, "ns/file", [directories] { return Load(directories); }});
+        RegisterMeasure({"disk/unchanged/" + size, "ns/directory",
+                         [directories] { return Refresh(directories, false); }});
+        RegisterMeasure({"disk/one_changed/" + size, "ns/directory",
+                         [directories] { return Refresh(directories, true); }});
+    }
+}
