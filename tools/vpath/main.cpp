@@ -2,7 +2,6 @@
 #include <algorithm>
 #include <csignal>
 #include <exception>
-#include <memory>
 #include <string>
 #include <utility>
 #include <vector>
@@ -12,27 +11,10 @@
 
 #include "command.h"
 #include "console.h"
+#include "help.h"
 #include "stats.h"
 
 namespace {
-
-class HelpFormatter : public CLI::Formatter {
-  public:
-    HelpFormatter() {
-        label("SUBCOMMAND", "COMMAND ...");
-        label("Positionals", "Arguments");
-        column_width(24);
-    }
-    std::string make_help(const CLI::App* app, std::string name,
-                          CLI::AppFormatMode mode) const override {
-        std::string help = CLI::Formatter::make_help(app, std::move(name), mode);
-        help = CLI::detail::find_and_replace(help, "[COMMAND ...]", "COMMAND ...");
-        return CLI::detail::find_and_replace(help, "\n\n\n", "\n\n");
-    }
-    std::string make_option_usage(const CLI::Option* option) const override {
-        return option->get_name(/*positional=*/true) + option->get_option_text();
-    }
-};
 
 ExitStatus Run(const std::vector<Command>& commands, Context& context) {
     for (const Command& command : commands) {
@@ -69,7 +51,7 @@ std::vector<std::string> Arguments(int argc, char** argv) {
 ExitStatus ParseAndRun(int argc, char** argv) {
     Context context;
     CLI::App app("Finds names on a search path of directories.", "vpath");
-    app.formatter(std::make_shared<HelpFormatter>());
+    app.formatter(MakeHelpFormatter());
     app.footer(
         "Exit status: 0 all found, 1 some not found, 2 wrong usage or failed I/O.\n"
         "Example:\n  vpath --path /w/lib:/w/tools --ext v,p which foo");

@@ -4,6 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "extension_array.h"
+
 namespace CLI {
 class App;
 }
@@ -21,6 +23,10 @@ struct PathOptions {
     bool anyExtension = true;
     bool ignoreCase = false;
     bool stats = false;
+
+    ExtensionArray extensionArray() const {
+        return anyExtension ? ExtensionArray() : ExtensionArray(extensions);
+    }
 };
 
 // The options write to `options`, which must outlive the parse.

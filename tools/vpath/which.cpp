@@ -6,11 +6,13 @@
 #include <vector>
 
 #include <vpath/path.h>
-#include <vpath/search.h>
 #include <CLI/CLI.hpp>
 
 #include "command.h"
 #include "console.h"
+#include "extension_array.h"
+#include "name_arguments.h"
+#include "open_search.h"
 #include "path_names.h"
 
 namespace {
@@ -23,42 +25,32 @@ struct WhichOptions {
     std::string fromFile;
 };
 
-struct DestroySearch {
-    void operator()(vpSearch* search) const { vpDestroySearch(&search); }
-};
-using Search = std::unique_ptr<vpSearch, DestroySearch>;
-
 // How every name is asked for.
 class Query {
   public:
     Query(const vpPath& path, const vpDir& from, vpReadCheck readCheck,
-          const std::vector<std::string>* extensions)
-        : path_(path), from_(from), readCheck_(readCheck) {
-        if (extensions == nullptr) return;
-        for (const std::string& extension : *extensions) extensions_.push_back(extension.c_str());
-        extensions_.push_back(nullptr);
-    }
+          const ExtensionArray& extensions)
+        : path_(path), from_(from), readCheck_(readCheck), extensions_(extensions) {}
 
-    bool filtersExtensions() const { return !extensions_.empty(); }
+    bool filtersExtensions() const { return !extensions_.isAny(); }
 
-    Search search(const std::string& name) { return open(name, extensionList(), vpCaseOfPath); }
+    Search search(const std::string& name) { return open(name, extensions_.data(), vpCaseOfPath); }
 
     // First matches under looser rules, "" for none.
     std::string firstOfAnyExtension(const std::string& name) {
         return first(open(name, nullptr, vpCaseOfPath));
     }
     std::string firstOfAnyCase(const std::string& name) {
-        return first(open(name, extensionList(), vpCaseInsensitive));
+        return first(open(name, extensions_.data(), vpCaseInsensitive));
     }
     std::string firstPrivate(const std::string& name) {
         const std::string inside = "private/" + name;
         if (inside.size() > PATH_MAX) return "";
-        return first(Search(vpCreateAllSearch(path_, inside.c_str(), extensionList(), readCheck_)));
+        return first(
+            Search(vpCreateAllSearch(path_, inside.c_str(), extensions_.data(), readCheck_)));
     }
 
   private:
-    const char** extensionList() { return extensions_.empty() ? nullptr : extensions_.data(); }
-
     Search open(const std::string& name, const char** extensions, vpCaseSensitivity caseRule) {
         if (vpGetDirType(from_) == vpDirTypeNone) {
             return Search(vpCreateDirnameVisibleSearchIterator(
@@ -76,7 +68,7 @@ class Query {
     const vpPath path_;
     const vpDir from_;  // null: nowhere in particular
     const vpReadCheck readCheck_;
-    std::vector<const char*> extensions_;  // ended by null; empty: any
+    ExtensionArray extensions_;
 };
 
 std::string DirectoryOfFile(const std::string& fileName) {
@@ -132,17 +124,11 @@ bool Answer(const std::string& name, bool all, Query& query) {
 }
 
 ExitStatus RunWhich(const WhichOptions& options, Context& context) {
-    for (const std::string& name : options.names) {
-        if (name.empty()) throw CommandError("an empty NAME; give the name of a file");
-        if (name.size() > PATH_MAX) {
-            throw CommandError("a NAME of more than " + std::to_string(PATH_MAX) +
-                               " characters; no file can have it");
-        }
-    }
+    CheckNameArguments(options.names, "NAME", "a file");
     const vpPath path = context.loaded().path;
     Query query(path, StartDirectory(path, options),
                 options.verify ? vpReadCheckVerify : vpReadCheckSkip,
-                context.options.anyExtension ? nullptr : &context.options.extensions);
+                context.options.extensionArray());
     ExitStatus status = kExitFound;
     for (const std::string& name : options.names) {
         if (Answer(name, options.all, query)) continue;
@@ -157,22 +143,13 @@ ExitStatus RunWhich(const WhichOptions& options, Context& context) {
 
 Command AddWhichCommand(CLI::App& app) {
     const auto options = std::make_shared<WhichOptions>();
-    CLI::App* which = app.add_subcommand("which", "Print the file that each NAME stands for");
-    which->group("Commands");
+    CLI::App* which = app.add_subcommand("which", "Files that names stand for");
     which->fallthrough();
     which->footer(
         "Example: where foo comes from for code in /w/lib, and what it hides\n"
         "  vpath --path /w/lib:/w/tools which -a --from /w/lib foo");
-    // Any number, but not CLI11's "unlimited": that would take '[a,b]' for two names.
-    constexpr int kManyNames = 1 << 28;
-    which
-        ->add_option("NAME", options->names,
-                     "file names; '+pkg/name', '@cls/name', 'private/name' too")
-        ->required()
-        ->expected(kManyNames, kManyNames)
-        ->allow_extra_args(false)
-        ->option_text("...")
-        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+    AddNameArguments(*which, "NAME", options->names,
+                     "file names; '+pkg/name', '@cls/name', 'private/name' too");
     which->add_flag("-a,--all", options->all, "print all matches, in order of precedence");
     which->add_flag("--verify", options->verify, "pass over files that cannot be read");
     CLI::Option* fromDir = which->add_option("--from", options->fromDir,
