@@ -25,6 +25,7 @@
 #include <iterator>
 #include <sstream>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "support/temp_tree.h"
@@ -79,8 +80,10 @@ class CommandTest : public testing::TestWithParam<std::string> {
         if (text != std::string::npos) {
             tree_.add({line.substr(0, text)});
             std::string unescaped = line.substr(text + 3);
-            for (size_t at; (at = unescaped.find("\\n")) != std::string::npos;) {
-                unescaped.replace(at, 2, "\n");
+            for (const auto& [escape, character] : {std::pair{"\\n", "\n"}, {"\\t", "\t"}}) {
+                for (size_t at; (at = unescaped.find(escape)) != std::string::npos;) {
+                    unescaped.replace(at, 2, character);
+                }
             }
             std::ofstream(tree_.at(line.substr(0, text))) << unescaped;
         } else if (line.find(" -> ") != std::string::npos) {

@@ -34,3 +34,7 @@ struct Command {
 
 // Each adds a command with its options to `app`.
 Command AddWhichCommand(CLI::App& app);
+Command AddClassCommand(CLI::App& app);
+Command AddClassesCommand(CLI::App& app);
+Command AddMethodsCommand(CLI::App& app);
+Command AddPackagesCommand(CLI::App& app);

@@ -45,6 +45,15 @@ void PrintLine(std::string_view line) {
     Print("\n");
 }
 
+void PrintColumns(std::initializer_list<std::string_view> columns) {
+    std::string line;
+    for (const std::string_view column : columns) {
+        if (!line.empty()) line += '\t';
+        line += column;
+    }
+    PrintLine(line);
+}
+
 void FlushOutput() { CheckOutput(std::fflush(stdout) == 0); }
 
 void Complain(std::string_view text) {

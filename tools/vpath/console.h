@@ -2,6 +2,7 @@
 // error.
 #pragma once
 
+#include <initializer_list>
 #include <string_view>
 
 // Thrown when the reader of standard output has gone away; the command then ends quietly.
@@ -11,6 +12,7 @@ struct OutputClosed {};
 // OutputClosed, or CommandError when the output cannot be written for another reason.
 void Print(std::string_view text);
 void PrintLine(std::string_view line);
+void PrintColumns(std::initializer_list<std::string_view> columns);  // a line, tabs between them
 void FlushOutput();
 
 // "vpath: " and the text, as exactly one line on standard error: control characters, which file

@@ -6,6 +6,7 @@
 #include <vpath/path.h>
 #include <vpath_posix/posix_host.h>
 
+#include "class_text.h"
 #include "console.h"
 
 namespace {
@@ -56,6 +57,7 @@ void InstallHost() {
     vpSetMessageFcns(OnError, OnWarning, OnInfo);
     vpSetDefaultIOFcnsNew(List, Accessibility, IsReadable, IsDirectory, ModificationTime,
                           ChangeDirectory);
+    vpSetIsClassFcn(DeclaresClass);
 }
 
 CallCounts HostCalls() { return counts; }

@@ -19,7 +19,8 @@ struct CallCounts {
 using ListingObserver =
     std::function<void(const char* dirName, const char* names, const unsigned int* words)>;
 
-// Makes the counting callbacks the process-wide ones and sends the library's messages to Complain.
+// Makes the counting callbacks the process-wide ones, DeclaresClass the judge of class files, and
+// sends the library's messages to Complain.
 void InstallHost();
 
 // The calls so far.

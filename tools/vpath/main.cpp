@@ -60,7 +60,10 @@ ExitStatus ParseAndRun(int argc, char** argv) {
                          "print the version");
     app.require_subcommand(/*min=*/0, /*max=*/1);  // Run tells of a missing one
     AddPathOptions(app, context.options);
-    const std::vector<Command> commands = {AddWhichCommand(app)};
+    const std::vector<Command> commands = {
+        AddWhichCommand(app),   AddClassCommand(app),    AddClassesCommand(app),
+        AddMethodsCommand(app), AddPackagesCommand(app),
+    };
     try {
         app.parse(Arguments(argc, argv));
         return Run(commands, context);

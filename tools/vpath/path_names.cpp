@@ -46,6 +46,11 @@ vpDir FindDir(const vpPath& path, const std::string& name) {
     return found;
 }
 
+std::string FullNameOf(const vpDir& dir) {
+    std::string name = NameOfDir(dir);
+    return vpIsAbsoluteDir(dir) ? name : FullDirName(name).value_or(name);
+}
+
 std::string FullFileName(const char* found) {
     if (vpIsAbsolutePath(found)) return found;
     const std::string name = found;

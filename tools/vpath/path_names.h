@@ -20,6 +20,9 @@ std::optional<std::string> FullDirName(const std::string& name);
 // their full names too. Cost: the relative directories, when it is none of the others.
 vpDir FindDir(const vpPath& path, const std::string& name);
 
+// The full name of a directory of the path, completed when it was added under a relative name.
+std::string FullNameOf(const vpDir& dir);
+
 // The full name of a file that a search answered, completed when its directory was added under a
 // relative name.
 std::string FullFileName(const char* found);
