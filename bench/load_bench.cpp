@@ -44,7 +44,8 @@ Contender Library(std::string name, std::shared_ptr<LoadCase> loadCase) {
 }
 
 void RegisterLoad(size_t directories) {
-    RegisterMeasure({"load/" + std::to_string(directories), "ns/file", [directories] {
+    RegisterMeasure({"load/" + std::to_string(directories), "ns/file",
+                     [directories] {
                          const auto loadCase = std::make_shared<LoadCase>(directories);
                          std::vector<Contender> contenders = {
                              Library("library", loadCase),
@@ -60,11 +61,12 @@ void RegisterLoad(size_t directories) {
                                  Library("at 1,000", std::make_shared<LoadCase>(1000)));
                          }
                          return contenders;
-                     }});
+                     },
+                     directories > 10000 ? size_t{3} : size_t{7}});
 }
 
 }  // namespace
 
 void RegisterLoadMeasures() {
-    for (const size_t directories : {10U, 100U, 1000U, 10000U}) RegisterLoad(directories);
+    for (const size_t directories : {10U, 100U, 1000U, 10000U, 100000U}) RegisterLoad(directories);
 }

@@ -8,6 +8,7 @@
 
 #include <cstdio>
 
+#include "goals.h"
 #include "measures.h"
 
 namespace {
@@ -18,6 +19,7 @@ class OneLinePerMeasure : public benchmark::BenchmarkReporter {
     bool ReportContext(const Context&) override { return true; }
 
     void ReportRuns(const std::vector<Run>& runs) override {
+        goals.take(runs);
         for (const Run& run : runs) {
             failed = failed || run.error_occurred;
             std::printf("%-36s %s\n", run.run_name.function_name.c_str(),
@@ -27,6 +29,7 @@ class OneLinePerMeasure : public benchmark::BenchmarkReporter {
         std::fflush(stdout);
     }
 
+    GoalSheet goals;
     bool failed = false;
 };
 
@@ -47,5 +50,6 @@ int main(int argc, char** argv) {
     OneLinePerMeasure reporter;
     const size_t measures = benchmark::RunSpecifiedBenchmarks(&reporter);
     if (measures == 0) return 2;  // the filter names none
+    reporter.goals.print();
     return reporter.failed ? 1 : 0;
 }

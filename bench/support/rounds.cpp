@@ -14,7 +14,6 @@
 
 namespace {
 
-constexpr size_t kFewestRounds = 7;
 constexpr size_t kMostRounds = 201;
 constexpr std::chrono::milliseconds kEnough(500);
 
@@ -25,14 +24,14 @@ double Median(std::vector<double> values) {
 }
 
 // The figures of each contender, round by round.
-std::vector<std::vector<double>> RunRounds(const std::vector<Contender>& contenders) {
+std::vector<std::vector<double>> RunRounds(const std::vector<Contender>& contenders,
+                                           size_t fewest) {
     const size_t count = contenders.size();
     std::vector<std::vector<double>> figures(count);
     for (const Contender& contender : contenders) contender.round();  // warms up
     const auto start = std::chrono::steady_clock::now();
     const auto hasEnough = [&start] { return std::chrono::steady_clock::now() - start > kEnough; };
-    for (size_t round = 0; round < kFewestRounds || (!hasEnough() && round < kMostRounds);
-         ++round) {
+    for (size_t round = 0; round < fewest || (!hasEnough() && round < kMostRounds); ++round) {
         // Nobody always has the same predecessor, nor the caches that it leaves.
         for (size_t i = 0; i < count; ++i) {
             const size_t turn = (i + round) % count;
@@ -89,7 +88,8 @@ void RegisterMeasure(Measure measure) {
         [measure = std::move(measure)](benchmark::State& state) {
             try {
                 const std::vector<Contender> contenders = measure.prepare();
-                const auto figures = Summarize(contenders, RunRounds(contenders));
+                const auto figures =
+                    Summarize(contenders, RunRounds(contenders, measure.fewestRounds));
                 for (auto _ : state) state.SetIterationTime(figures[0].value * 1e-9);
                 ReportFigures(state, measure.unit, figures);
             } catch (const std::exception& failure) {

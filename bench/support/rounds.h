@@ -20,6 +20,7 @@ struct Measure {
     std::string unit;  // "ns/file"
     // Called once, just before the rounds. May throw std::runtime_error: the measure has failed.
     std::function<std::vector<Contender>()> prepare;
+    size_t fewestRounds = 7;
 };
 
 void RegisterMeasure(Measure measure);
