@@ -1,8 +1,11 @@
+#include <bit>
 #include <cstring>
 #include <limits>
 #include <numeric>
 
 #include <hostkit/hostkit.h>
+
+#include "words.h"
 
 namespace {
 
@@ -11,22 +14,6 @@ constexpr uint64_t kMultiplier = 0x9FB21C651E98DF25U;  // odd, bits evenly sprea
 uint64_t Mixed(uint64_t state, uint64_t word) {
     state = (state ^ word) * kMultiplier;
     return state ^ (state >> 32);
-}
-
-template <class Word>
-uint64_t WordAt(const char* p) {
-    Word word;
-    std::memcpy(&word, p, sizeof word);
-    return word;
-}
-
-// The last 1 to 8 of `length` bytes at `s`; reads overlap rather than go byte by byte.
-uint64_t Tail(const char* s, size_t length) {
-    const char* end = s + length;
-    if (length >= 8) return WordAt<uint64_t>(end - 8);
-    if (length >= 4) return WordAt<uint32_t>(s) | WordAt<uint32_t>(end - 4) << 32;
-    return WordAt<uint8_t>(s) | WordAt<uint8_t>(s + length / 2) << 8 |
-           WordAt<uint8_t>(end - 1) << 16;
 }
 
 bool IsQuasiPrime(uint32_t n) {
@@ -39,15 +26,32 @@ constexpr uint32_t kLargest = std::numeric_limits<uint32_t>::max() - 2;  // 9241
 
 }  // namespace
 
-uint32_t hk_hash_string(uint32_t seed, const char* s) {
+// A string counts as its words, the last one filled up with zeros, and its length.
+HOSTKIT_READS_WHOLE_WORDS uint32_t hk_hash_string(uint32_t seed, const char* s) {
     if (s == nullptr) return 0;
-    const size_t length = std::strlen(s);
     uint64_t state = seed;
-    if (length > 0) {
-        size_t done = 0;
-        for (; length - done > 8; done += 8) state = Mixed(state, WordAt<uint64_t>(s + done));
-        state = Mixed(state, Tail(s, length));
+    const char* p = s;
+    size_t rest = IsWordAligned(s) ? 0 : std::strlen(s);
+    for (; rest >= kWordSize; rest -= kWordSize, p += kWordSize) {
+        uint64_t word;
+        std::memcpy(&word, p, kWordSize);
+        state = Mixed(state, word);
     }
+    uint64_t last = 0;
+    if (IsWordAligned(s)) {
+        uint64_t end = 0;
+        for (;; p += kWordSize) {
+            last = *reinterpret_cast<const Word*>(p);
+            if ((end = FirstNul(last)) != 0) break;
+            state = Mixed(state, last);
+        }
+        last &= BytesBefore(end);
+        rest = static_cast<size_t>(std::countr_zero(end)) / 8;
+    } else {
+        std::memcpy(&last, p, rest);
+    }
+    if (rest != 0) state = Mixed(state, last);
+    const auto length = static_cast<size_t>(p - s) + rest;
     state = Mixed(state, length);  // last: beside the text it would stand for a change of letters
     return static_cast<uint32_t>(state ^ (state >> 29));
 }

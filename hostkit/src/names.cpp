@@ -1,7 +1,10 @@
+#include <bit>
 #include <cstring>
 #include <string_view>
 
 #include <hostkit/hostkit.h>
+
+#include "words.h"
 
 namespace {
 
@@ -40,16 +43,40 @@ bool IsMultiByteChar(const char* s, int length) {
     return true;
 }
 
+// Lower-cases the ASCII letters of a word.
+uint64_t LowerCased(uint64_t word) {
+    const uint64_t low7 = word & InEachByte(0x7F);
+    const uint64_t aboveZ = low7 + InEachByte(0x7F - 'Z');
+    const uint64_t fromA = low7 + InEachByte(0x80 - 'A');
+    const uint64_t upper = (fromA ^ aboveZ) & ~word & InEachByte(0x80);
+    return word | upper >> 2;
+}
+
 }  // namespace
 
 size_t hkStrlen(const char* s) { return s == nullptr ? 0 : std::strlen(s); }
 
-char* hkLowerCase(char* s) {
+HOSTKIT_READS_WHOLE_WORDS char* hkLowerCase(char* s) {
     if (s == nullptr) return nullptr;
-    for (char* p = s; *p != '\0'; ++p) {
-        if (*p >= 'A' && *p <= 'Z') *p = static_cast<char>(*p + ('a' - 'A'));
+    char* p = s;
+    for (; !IsWordAligned(p); ++p) {
+        if (*p == '\0') return s;
+        if (IsBetween(*p, 'A', 'Z')) *p = static_cast<char>(*p + ('a' - 'A'));
     }
-    return s;
+    for (;; p += kWordSize) {
+        Word& word = *reinterpret_cast<Word*>(p);
+        const uint64_t lower = LowerCased(word);
+        const uint64_t end = FirstNul(word);
+        if (end != 0) {
+            // What stands behind the NUL is not ours to write, not even as it is.
+            uint64_t changed = (word ^ lower) & BytesBefore(end);
+            for (; changed != 0; changed &= changed - 1) {
+                p[std::countr_zero(changed) / 8] ^= 'a' - 'A';
+            }
+            return s;
+        }
+        word = lower;
+    }
 }
 
 char* hkFixAutoMountPrefix(char* name) {

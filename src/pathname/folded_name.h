@@ -28,5 +28,5 @@ class FoldedName {
     char* text_ = inPlace_;
     size_t length_ = 0;
     uint32_t hash_ = 0;
-    char inPlace_[kInPlace];  // not cleared: it stands in every look-up's way
+    alignas(uint64_t) char inPlace_[kInPlace];  // not cleared: it stands in every look-up's way
 };
