@@ -99,7 +99,7 @@ vpSearch::Match vpSearch::find(const SearchMode& mode, char* nameOut) {
         const unsigned int result = test(nameOut);
         if (result == 0) continue;
         lastHolder_.reset(&current_->holder());
-        return {result, vpDir(lastHolder_.get())};
+        return {result, lastHolder_.get()};
     }
     return nothing();
 }
@@ -116,7 +116,7 @@ vpSearch::Match vpSearch::findNextFileBounded(char* nameOut) {
     if (state_ != State::kActive || !current_) return nothing();
     const ItemRef<PathAllDirItemInfo> holder = lastHolder_;
     Match match = findNextFile(nameOut);
-    if (match.result != 0 && match.directory.get() == holder.get()) return match;
+    if (match.result != 0 && match.directory == holder.get()) return match;
     state_ = State::kHoldsBack;
     return nothing();
 }
@@ -133,7 +133,7 @@ vpSearch::Match vpSearch::findNextDir() {
         const FullName fullName(*directory);
         if (CarriesMark(fullName.view(), name_) &&
             LiesInDirectoryPart(fullName.view(), name_, caseSensitive_)) {
-            return {1, vpDir(directory)};
+            return {1, directory};
         }
     }
     return nothing();
@@ -173,7 +173,7 @@ bool vpSearch::isInReach(const PathAllDirItemInfo& holder) const {
 
 vpSearch::Match vpSearch::nothing() const {
     PathMgr* const path = path_.get();
-    return {0, path->valid ? vpDir(path->nullDir) : vpDir()};
+    return {0, path->valid ? path->nullDir : nullptr};
 }
 
 vpSearch* OpenSearch(const SearchRequest& request) {
@@ -182,33 +182,35 @@ vpSearch* OpenSearch(const SearchRequest& request) {
     return new vpSearch(request, std::move(name), true);
 }
 
-bool FindFirstFile(const SearchRequest& request, char* nameOut, vpSearch::Match& match) {
+unsigned int HandOver(const vpSearch::Match& match, vpDir* dirOut, char* nameOut) {
+    if (nameOut != nullptr && match.result == 0) *nameOut = '\0';
+    if (dirOut != nullptr) *dirOut = match.directory;
+    return match.result;
+}
+
+unsigned int FindFirstFile(const SearchRequest& request, vpDir* dirOut, char* nameOut) {
     const PlainLookup plain = LookUpPlainName(request);
     if (plain.answer == PlainAnswer::kNothing) {
-        match = {0, vpDir(request.path.nullDir)};
-        return true;
+        return HandOver({0, request.path.nullDir}, dirOut, nameOut);
     }
     if (plain.answer == PlainAnswer::kFile && !NeedsReadCheck(request, *plain.file)) {
         if (nameOut != nullptr) WriteFullName(*plain.file, nameOut);
-        match = {plain.result, vpDir(plain.file->parent)};
-        return true;
+        return HandOver({plain.result, plain.file->parent}, dirOut, nameOut);
     }
     const vpPath whileFinding(&request.path);
     const ItemRef<PathFileItemInfo> file(plain.file);
     if (file) {
         const FullName fullName(*file);
         const bool isReadable = request.path.io.isPathnameOk(fullName.text());
-        if (!request.path.valid) return true;
+        if (!request.path.valid) return HandOver({0, nullptr}, dirOut, nameOut);
         if (isReadable && file->has(PathItemInfo::kLinked)) {
             if (nameOut != nullptr) std::memcpy(nameOut, fullName.text(), fullName.length() + 1);
-            match = {plain.result, vpDir(file->parent)};
-            return true;
+            return HandOver({plain.result, file->parent}, dirOut, nameOut);
         }
     }
     NormalizedSearchName name;
-    if (!NormalizeSearchName(request.name, name)) return false;
+    if (!NormalizeSearchName(request.name, name)) return 0;
     vpSearch search(request, std::move(name), false);
     if (file) search.passOver(*file);
-    match = search.findNextFile(nameOut);
-    return true;
+    return HandOver(search.findNextFile(nameOut), dirOut, nameOut);
 }

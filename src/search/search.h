@@ -29,10 +29,11 @@ struct SearchRequest {
 
 class vpSearch : public HkAllocated {
   public:
-    // Where a match was found and what accepted it; see the exported calls.
+    // Where a match was found and what accepted it; see the exported calls. The search keeps the
+    // directory until it is asked again or ends.
     struct Match {
         unsigned int result;
-        vpDir directory;
+        PathAllDirItemInfo* directory;
     };
 
     // `outlivesCall`: the extension list is copied.
@@ -102,5 +103,10 @@ class vpSearch : public HkAllocated {
 // normalised, which is reported.
 vpSearch* OpenSearch(const SearchRequest& request);
 
-// The first file of a search that lives for this call only; false when there is no search.
-bool FindFirstFile(const SearchRequest& request, char* nameOut, vpSearch::Match& match);
+// The first file of a search that lives for this call only, handed to the caller, whose outputs
+// stay as they are when there is no search.
+unsigned int FindFirstFile(const SearchRequest& request, vpDir* dirOut, char* nameOut);
+
+// Hands a match to the caller, who may want neither directory nor name; its result. The name was
+// written when there is one.
+unsigned int HandOver(const vpSearch::Match& match, vpDir* dirOut, char* nameOut);

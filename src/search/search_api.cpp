@@ -60,31 +60,20 @@ vpSearch* OpenInDir(const vpDir& dir, SearchScope scope, const Question& questio
         nullptr, [&] { return OpenSearch(RequestIn(*start->path(), *start, scope, question)); });
 }
 
-// Finds the first match and hands it to the caller, whose outputs stay as they are without a
-// search.
-unsigned int AnswerFirst(const SearchRequest& request, vpDir* dirOut, char* nameOut) {
-    vpSearch::Match match{0, vpDir()};
-    if (!FindFirstFile(request, nameOut, match)) return 0;
-    if (nameOut != nullptr && match.result == 0) *nameOut = '\0';
-    if (dirOut != nullptr) *dirOut = match.directory;
-    return match.result;
-}
-
 // Runs one call of a search and hands its match to the caller.
 template <class Find>
 unsigned int Answer(vpSearch* search, vpDir* dirOut, char* nameOut, Find find) {
     if (search == nullptr) return 0;
     if (nameOut != nullptr) *nameOut = '\0';
-    vpSearch::Match match = search->nothing();
-    if (!search->isBusy()) {
-        search->setBusy(true);
-        match = Guarded(search->nothing(), [&] { return find(*search); });
-        search->setBusy(false);
-        if (search->endsAfterCall()) delete search;
-    }
-    if (nameOut != nullptr && match.result == 0) *nameOut = '\0';
-    if (dirOut != nullptr) *dirOut = match.directory;
-    return match.result;
+    if (search->isBusy()) return HandOver(search->nothing(), dirOut, nameOut);
+    search->setBusy(true);
+    const vpSearch::Match match =
+        Guarded(vpSearch::Match{0, nullptr}, [&] { return find(*search); });
+    search->setBusy(false);
+    const unsigned int result =
+        HandOver(match.directory != nullptr ? match : search->nothing(), dirOut, nameOut);
+    if (search->endsAfterCall()) delete search;
+    return result;
 }
 
 }  // namespace
@@ -237,7 +226,7 @@ unsigned int vpFindFirstFileInAll(vpPath path, const char* name, const char** ex
     PathMgr* const live = LivePath(path);
     if (live == nullptr) return 0;
     return Guarded(0U, [&] {
-        return AnswerFirst(
+        return FindFirstFile(
             RequestIn(*live, *live->nullDir, SearchScope::kAll, {name, exts, rc, vpCaseOfPath}),
             dirOut, nameOut);
     });
@@ -248,8 +237,8 @@ unsigned int vpFindFirstFileVisibleToDir(vpDir dir, const char* name, const char
     PathAllDirItemInfo* const from = LiveDir(dir);
     if (from == nullptr) return 0;
     return Guarded(0U, [&] {
-        return AnswerFirst(VisibleRequest(*from->path(), *from, {name, exts, rc, vpCaseOfPath}),
-                           dirOut, nameOut);
+        return FindFirstFile(VisibleRequest(*from->path(), *from, {name, exts, rc, vpCaseOfPath}),
+                             dirOut, nameOut);
     });
 }
 
@@ -261,7 +250,7 @@ unsigned int vpFindFirstFileVisibleToFile(vpPath path, const char* fileName, con
     return Guarded(0U, [&] {
         PathAllDirItemInfo* const from = PlaceOf(*live, FindDirectoryOfFile(*live, fileName));
         if (from == nullptr) return 0U;
-        return AnswerFirst(VisibleRequest(*live, *from, {name, exts, rc, vpCaseOfPath}), dirOut,
-                           nameOut);
+        return FindFirstFile(VisibleRequest(*live, *from, {name, exts, rc, vpCaseOfPath}), dirOut,
+                             nameOut);
     });
 }
