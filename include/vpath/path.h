@@ -463,6 +463,53 @@ VP_EXPORT vpRefreshPolicy vpNonNotifiedRemoteCWDRefreshPolicy(vpPath path, vpRef
 VP_EXPORT vpRefreshPolicy vpNonNotifiedRemotePathRefreshPolicy(vpPath path, vpRefreshPolicy policy);
 
 // ---------------------------------------------------------------------------------------------
+// Toolbox cache: what the frozen directories under an installation's toolbox folder hold, in a text
+// file (docs/cache-format.md). A path in cache mode answers what a directory holds, whether a name
+// is a directory, whether it is accessible and when it changed from that file, and asks the
+// process-wide callbacks what the file does not know.
+//
+//     vpPath path = vpCreatePathWithPreFrozen(0, "main", "/inst/toolbox", vpCaseDefault, false);
+//     vpUseToolboxCache(path, "/inst/toolbox.cache", "/inst", false);
+//     vpAddDirsString(path, "/inst/toolbox/alpha:/inst/toolbox/beta", vpAddAtEnd);
+//
+// There is one cache for the process. It stays until vpRevertFromToolboxCache, whatever becomes of
+// its path. In cache mode
+// - names are looked up under `rootDir` + "/toolbox/", in the case rule of the path;
+// - a name under that prefix whose last component has a '.' is no directory, without a look;
+// - "@..." and "private" (in any case) are directories everywhere;
+// - the time of every directory, and of every name in one, is 0: nothing is found changed.
+
+// Writes the frozen directories of the path that lie under its root (`preFrozen`), in path order.
+// Left out are the root itself and every directory that holds, at any depth, a name with '"', a
+// backslash, a line feed or the byte 0xFF, or of more than 4352 bytes beneath the root: those are
+// asked of the file system. False when the file could not be written whole (a part of it may then
+// be there), on a dead handle, and for a null name or root. Cost: what the directories hold.
+VP_EXPORT bool vpWritePathToCacheFile(vpPath path, const char* fileName);
+
+// Loads a cache file and puts the path into cache mode: its callbacks, but for isPathnameOk and
+// changeDir, become those that answer from the cache. On failure the console says "Error occurred
+// loading: %s\nCache file ignored.\n" after what is wrong with the file, and all is as it was, a
+// cache in use included; a load that succeeds replaces that. A prefix of more than 4096 bytes, a
+// dead handle and null names are failures. `verbose`: tell the duration of the load, and every
+// directory under the prefix that the cache does not know. Cost: the file.
+VP_EXPORT void vpUseToolboxCache(vpPath path, const char* cacheFile, const char* rootDir,
+                                 bool verbose);
+
+VP_EXPORT bool vpInToolboxCacheMode();
+
+// Ends cache mode: gives the path the process-wide callbacks and frees the cache. Other paths that
+// were in cache mode ask the process-wide callbacks from then on. "asserted here\n" on a dead
+// handle.
+VP_EXPORT void vpRevertFromToolboxCache(vpPath path);
+
+// From now on every vpUseToolboxCache is ignored. A cache in use stays.
+VP_EXPORT void vpDisableToolboxCache();
+
+// Tell on the console how loads go, and at the end what look-ups have cost; and every look-up too.
+VP_EXPORT void vpEnableToolboxCacheDiagnosticStatusReport(bool on);
+VP_EXPORT void vpEnableToolboxCacheDiagnosticTrace(bool on);
+
+// ---------------------------------------------------------------------------------------------
 // Class files: a class is defined by a file `Name.v` or `Name.p` whose text declares it, or by the
 // file of its own name in a class directory `@Name`. `exts` (ended by null) lists the extensions
 // that count; of several files in one directory the one whose extension stands last in it is
