@@ -45,6 +45,7 @@ int main(int argc, char** argv) {
     RegisterRefreshMeasures();
     RegisterClassWalkMeasures();
     RegisterEditMeasures();
+    RegisterCacheMeasures();
     RegisterDiskMeasures();
     RegisterRealTreeMeasures();
     OneLinePerMeasure reporter;

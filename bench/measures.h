@@ -6,6 +6,7 @@ void RegisterEditMeasures();       // edit_bench.cpp: adding, removing, reorderi
 void RegisterRefreshMeasures();    // refresh_bench.cpp: looking for changes, merging them
 void RegisterClassWalkMeasures();  // class_walk_bench.cpp: stepping over class directories
 void RegisterMemoryMeasures();     // memory_bench.cpp: bytes held
+void RegisterCacheMeasures();      // cache_bench.cpp: the toolbox cache
 void RegisterLookupMeasures();     // lookup_bench.cpp: names found and not found
 void RegisterDiskMeasures();       // disk_bench.cpp: a generated tree of real files
 void RegisterRealTreeMeasures();   // real_tree_bench.cpp: all of it on this machine's own files
