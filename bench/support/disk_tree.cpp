@@ -10,11 +10,12 @@
 #include <stdexcept>
 
 DiskTree::DiskTree(const TreeShape& shape)
-    : root_(std::filesystem::temp_directory_path() / "vpath_bench_XXXXXX") {
-    if (mkdtemp(root_.data()) == nullptr) throw std::runtime_error("no temporary directory");
+    : folder_(std::filesystem::temp_directory_path() / "vpath_bench_XXXXXX") {
+    if (mkdtemp(folder_.data()) == nullptr) throw std::runtime_error("no temporary directory");
+    root = folder_ + "/opt/" + shape.root;
     const GeneratedTree tree(shape);
     for (const GeneratedTree::Directory& directory : tree.directories) {
-        directories.push_back(root_ + directory.name);
+        directories.push_back(folder_ + directory.name);
         std::filesystem::create_directories(directories.back());
         addFiles(directories.back(), directory.entries);
         if (!directory.privateFiles.empty()) {
@@ -25,7 +26,7 @@ DiskTree::DiskTree(const TreeShape& shape)
 
 DiskTree::~DiskTree() {
     std::error_code ignored;
-    std::filesystem::remove_all(root_, ignored);
+    std::filesystem::remove_all(folder_, ignored);
 }
 
 std::string DiskTree::pathString() const {

@@ -16,10 +16,11 @@ class DiskTree {
 
     std::vector<std::string> directories;  // full names, in the order of the tree's
     size_t fileCount = 0;
+    std::string root;                // of the installation: its toolbox folder holds them
     std::string pathString() const;  // all directories, separated by ':'
 
   private:
     void addFiles(const std::string& directory, const std::vector<std::string>& names);
 
-    std::string root_;
+    std::string folder_;
 };
