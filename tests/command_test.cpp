@@ -73,6 +73,7 @@ class CommandTest : public testing::TestWithParam<std::string> {
         setenv("VERSION", VPATH_PROJECT_VERSION, /*overwrite=*/1);
         setenv("BYTES", kByteCount, /*overwrite=*/1);
         setenv("TERM", "xterm", /*overwrite=*/1);
+        unsetenv("VPATH");
     }
 
     void addToTree(const std::string& line) {

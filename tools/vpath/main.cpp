@@ -66,6 +66,7 @@ ExitStatus ParseAndRun(int argc, char** argv) {
     };
     try {
         app.parse(Arguments(argc, argv));
+        UseDefaultPath(context.options);
         return Run(commands, context);
     } catch (const CLI::CallForHelp&) {
         Print(app.help());

@@ -1,5 +1,7 @@
 #include "path_options.h"
 
+#include <cstdlib>
+
 #include <CLI/CLI.hpp>
 
 namespace {
@@ -26,7 +28,7 @@ void AddPathOptions(CLI::App& app, PathOptions& options) {
         // Run at each occurrence, not once at the end: so the sources keep their order.
         return app.add_option_function<std::string>(name, store, help)
             ->trigger_on_parse()
-            ->group("Path, in the order written (each may be repeated)");
+            ->group("Path, in the order written, each may be repeated (default: those of $VPATH)");
     };
     addSource("--path", PathSource::kList, "add the directories of LIST, as 'a:b:c'")
         ->type_name("LIST");
@@ -45,4 +47,10 @@ void AddPathOptions(CLI::App& app, PathOptions& options) {
         ->type_name("LIST");
     app.add_flag("--ignore-case", options.ignoreCase, "compare names without regard to case");
     app.add_flag("--stats", options.stats, "say what was loaded and its cost, on standard error");
+}
+
+void UseDefaultPath(PathOptions& options) {
+    const char* list = std::getenv("VPATH");
+    if (!options.sources.empty() || list == nullptr || *list == '\0') return;
+    options.sources.push_back({PathSource::kList, list});
 }

@@ -17,7 +17,7 @@ struct PathSource {
 };
 
 struct PathOptions {
-    std::vector<PathSource> sources;  // in the order written
+    std::vector<PathSource> sources;  // in the order written; else see UseDefaultPath
     std::string currentDirectory;     // empty: the process's
     std::vector<std::string> extensions;
     bool anyExtension = true;
@@ -31,3 +31,7 @@ struct PathOptions {
 
 // The options write to `options`, which must outlive the parse.
 void AddPathOptions(CLI::App& app, PathOptions& options);
+
+// After the parse: where no option said which directories are on the path, those of the list in
+// the environment variable VPATH are.
+void UseDefaultPath(PathOptions& options);
