@@ -8,6 +8,7 @@ install(TARGETS vpath_lib posix_host EXPORT vpathTargets)
 if(TARGET vpath)
     install(TARGETS vpath)
     install(FILES docs/man/vpath.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
+    install(FILES share/vpath/schema.json DESTINATION ${CMAKE_INSTALL_DATADIR}/vpath)
 endif()
 
 install(

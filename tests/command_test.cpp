@@ -11,8 +11,9 @@
 //     ! vpath: bar: not found ...   its errors
 //     ? 1                           its exit status when that is not 0
 //
-// Empty lines at the end of an answer separate it from what follows. VPATH_WRITE_TRANSCRIPTS=1
-// writes the answers of this run into the files, to be looked over before they are kept.
+// Empty lines at the end of an answer separate it from what follows. What a command with --json
+// answers must be as the schema says. VPATH_WRITE_TRANSCRIPTS=1 writes the answers of this run into
+// the files, to be looked over before they are kept.
 #ifdef VPATH_TOOL
 
 #include <gtest/gtest.h>
@@ -73,7 +74,8 @@ class CommandTest : public testing::TestWithParam<std::string> {
         setenv("VERSION", VPATH_PROJECT_VERSION, /*overwrite=*/1);
         setenv("BYTES", kByteCount, /*overwrite=*/1);
         setenv("TERM", "xterm", /*overwrite=*/1);
-        unsetenv("VPATH");
+        setenv("SCHEMA", VPATH_SCHEMA, /*overwrite=*/1);
+        for (const char* name : {"VPATH", "NO_COLOR"}) unsetenv(name);
     }
 
     void addToTree(const std::string& line) {
@@ -100,6 +102,7 @@ class CommandTest : public testing::TestWithParam<std::string> {
         setenv("T", tree_.root().c_str(), /*overwrite=*/1);
         const std::string line = "cd \"$T\" && { " + command + "\n} > .out 2> .err < /dev/null";
         const int status = std::system(line.c_str());
+        if (command.find("--json") != std::string::npos) keepJson(Contents(tree_.at(".out")));
         std::string answer =
             Marked("", Contents(tree_.at(".out"))) + Marked("! ", Contents(tree_.at(".err")));
         const std::string& root = tree_.root();
@@ -112,7 +115,32 @@ class CommandTest : public testing::TestWithParam<std::string> {
         return answer;
     }
 
+    // Keeps arrays, and lines that are each an object.
+    void keepJson(const std::string& output) {
+        std::string document;
+        for (const std::string& line : Lines(output)) {
+            document += line + "\n";
+            if (!line.starts_with("{") && !line.ends_with("]")) continue;
+            std::string name = ".json" + std::to_string(jsonFiles_.size());
+            std::ofstream(tree_.at(name)) << document;
+            jsonFiles_.push_back(std::move(name));
+            document.clear();
+        }
+    }
+
+    // What is wrong with them.
+    std::string wrongJson() {
+        if (jsonFiles_.empty()) return "";
+        std::string command = "cd \"$T\" && jsonschema \"$SCHEMA\"";
+        for (const std::string& name : jsonFiles_) command += " -i " + name;
+        const int status = std::system((command + " > .out 2>&1").c_str());
+        return status == 0 ? "" : Contents(tree_.at(".out"));
+    }
+
     TempTree tree_;
+
+  private:
+    std::vector<std::string> jsonFiles_;
 };
 
 TEST_P(CommandTest, AnswersAsWritten) {
@@ -148,6 +176,7 @@ TEST_P(CommandTest, AnswersAsWritten) {
         ++commands;
     }
     EXPECT_GT(commands, 0);
+    EXPECT_EQ(wrongJson(), "");
     if (std::getenv("VPATH_WRITE_TRANSCRIPTS") != nullptr) {
         std::ofstream(GetParam()) << written;
     }

@@ -51,4 +51,5 @@ command=$work/prefix/bin/vpath
 if [ -e "$build/bin/vpath" ]; then
     echo "== $command"
     env -u LD_LIBRARY_PATH "$command" --help > /dev/null || fail "$command --help"
+    [ -s "$work/prefix/share/vpath/schema.json" ] || fail "no schema.json"
 fi

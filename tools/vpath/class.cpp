@@ -18,20 +18,22 @@ namespace {
 ExitStatus RunClass(const std::vector<std::string>& classNames, Context& context) {
     CheckNameArguments(classNames, "CLASS", "a class");
     const vpPath path = context.loaded().path;
+    Output& output = context.output();
     ExitStatus status = kExitFound;
     for (const std::string& className : classNames) {
         const unsigned int unreadBefore = UnreadClassFiles();
         if (const auto file = ClassFile(path, className, context.options)) {
-            PrintLine(*file);
+            output.print(
+                Record("definition").field("name", className).column("file", *file, Style::kFile));
             FlushOutput();  // what is said of the texts of files comes in the order of the names
             continue;
         }
         if (UnreadClassFiles() != unreadBefore) {
-            Complain(className + ": not known; make the files that may declare it readable");
+            output.miss(className, "not known", "make the files that may declare it readable");
             status = kExitFailure;
         } else {
-            Complain(className + ": no such class; " +
-                     WhyNoClassFile(path, className, context.options));
+            output.miss(className, "no such class",
+                        WhyNoClassFile(path, className, context.options));
             status = std::max(status, kExitNotFound);
         }
     }

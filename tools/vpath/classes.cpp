@@ -6,23 +6,25 @@
 #include <CLI/CLI.hpp>
 
 #include "command.h"
-#include "console.h"
 #include "path_names.h"
 #include "special_dirs.h"
 
 namespace {
 
-void PrintClassesIn(const vpDir& dir) {
+void PrintClassesIn(const vpDir& dir, Output& output) {
     vpDir classDir = vpGetMethodDirs(dir, dir);
     for (; vpGetDirType(classDir) != vpDirTypeNone; classDir = vpGetMethodDirs(dir, classDir)) {
-        PrintColumns({DottedName(classDir), FullNameOf(classDir)});
+        output.print(Record("class")
+                         .column("name", DottedName(classDir), Style::kName)
+                         .column("directory", FullNameOf(classDir), Style::kDirectory));
     }
 }
 
 ExitStatus RunClasses(bool inPackages, Context& context) {
     const auto next = inPackages ? NextDirOrPackage : vpGetNextPathDir;
     vpDir dir = next(vpGetNullDir(context.loaded().path));
-    for (; vpGetDirType(dir) != vpDirTypeNone; dir = next(dir)) PrintClassesIn(dir);
+    for (; vpGetDirType(dir) != vpDirTypeNone; dir = next(dir))
+        PrintClassesIn(dir, context.output());
     return kExitFound;
 }
 

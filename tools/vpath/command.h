@@ -6,16 +6,18 @@
 
 #include "exit_status.h"
 #include "loaded_path.h"
+#include "output.h"
 #include "path_options.h"
 
 namespace CLI {
 class App;
 }
 
-// The path that a command works on. It is loaded when it is first asked for.
+// The path that a command works on, loaded when it is first asked for, and where its answers go.
 class Context {
   public:
     PathOptions options;
+    OutputOptions outputOptions;
 
     const LoadedPath& loaded() {
         if (!loaded_) loaded_ = LoadPath(options);
@@ -23,8 +25,14 @@ class Context {
     }
     bool isLoaded() const { return loaded_.has_value(); }
 
+    Output& output() {
+        if (!output_) output_.emplace(outputOptions);
+        return *output_;
+    }
+
   private:
     std::optional<LoadedPath> loaded_;
+    std::optional<Output> output_;
 };
 
 struct Command {

@@ -1,9 +1,11 @@
 #include "console.h"
 
+#include <unistd.h>
+
 #include <cerrno>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
-#include <string>
 
 #include "exit_status.h"
 #include "progress.h"
@@ -15,6 +17,19 @@ void CheckOutput(bool written) {
     if (errno == EPIPE) throw OutputClosed();
     throw CommandError(std::string("cannot write the output: ") + std::strerror(errno));
 }
+
+}  // namespace
+
+void Print(std::string_view text) {
+    CheckOutput(std::fwrite(text.data(), 1, text.size(), stdout) == text.size());
+}
+
+void PrintLine(std::string_view line) {
+    Print(line);
+    Print("\n");
+}
+
+void FlushOutput() { CheckOutput(std::fflush(stdout) == 0); }
 
 std::string OnOneLine(std::string_view text) {
     std::string line;
@@ -34,27 +49,10 @@ std::string OnOneLine(std::string_view text) {
     return line;
 }
 
-}  // namespace
-
-void Print(std::string_view text) {
-    CheckOutput(std::fwrite(text.data(), 1, text.size(), stdout) == text.size());
+bool IsTerminal(int descriptor) {
+    const char* kind = std::getenv("TERM");
+    return isatty(descriptor) != 0 && kind != nullptr && std::strcmp(kind, "dumb") != 0;
 }
-
-void PrintLine(std::string_view line) {
-    Print(line);
-    Print("\n");
-}
-
-void PrintColumns(std::initializer_list<std::string_view> columns) {
-    std::string line;
-    for (const std::string_view column : columns) {
-        if (!line.empty()) line += '\t';
-        line += column;
-    }
-    PrintLine(line);
-}
-
-void FlushOutput() { CheckOutput(std::fflush(stdout) == 0); }
 
 void Complain(std::string_view text) {
     Progress::eraseShown();

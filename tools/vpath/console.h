@@ -2,7 +2,7 @@
 // error.
 #pragma once
 
-#include <initializer_list>
+#include <string>
 #include <string_view>
 
 // Thrown when the reader of standard output has gone away; the command then ends quietly.
@@ -12,9 +12,13 @@ struct OutputClosed {};
 // OutputClosed, or CommandError when the output cannot be written for another reason.
 void Print(std::string_view text);
 void PrintLine(std::string_view line);
-void PrintColumns(std::initializer_list<std::string_view> columns);  // a line, tabs between them
 void FlushOutput();
 
-// "vpath: " and the text, as exactly one line on standard error: control characters, which file
-// names may hold, are shown as \n, \t or \x1b.
+// Control characters, which file names may hold, as \n, \t or \x1b; everything else as it is.
+std::string OnOneLine(std::string_view text);
+
+// Whether that is a terminal that knows control sequences.
+bool IsTerminal(int descriptor);
+
+// "vpath: " and the text, as exactly one line on standard error: see OnOneLine.
 void Complain(std::string_view text);

@@ -19,10 +19,17 @@ namespace {
 ExitStatus Run(const std::vector<Command>& commands, Context& context) {
     for (const Command& command : commands) {
         if (!command.app->parsed()) continue;
-        const ExitStatus status = command.run(context);
-        FlushOutput();
-        if (context.options.stats && context.isLoaded()) PrintStats(context.loaded());
-        return status;
+        try {
+            const ExitStatus status = command.run(context);
+            if (context.options.stats && context.isLoaded()) {
+                context.output().remark(StatsRecord(context.loaded()));
+            }
+            context.output().finish();
+            return status;
+        } catch (const CommandError&) {
+            context.output().finish(/*failed=*/true);
+            throw;
+        }
     }
     throw CommandError("no command; run 'vpath --help'");
 }
@@ -54,12 +61,13 @@ ExitStatus ParseAndRun(int argc, char** argv) {
     app.formatter(MakeHelpFormatter());
     app.footer(
         "Exit status: 0 all found, 1 some not found, 2 wrong usage or failed I/O.\n"
-        "Example:\n  vpath --path /w/lib:/w/tools --ext v,p which foo");
+        "Example: vpath --path /w/lib:/w/tools --ext v,p which foo");
     app.set_help_flag("-h,--help", "print this help");
     app.set_version_flag("--version", std::string("vpath ") + libvpath_version,
                          "print the version");
     app.require_subcommand(/*min=*/0, /*max=*/1);  // Run tells of a missing one
     AddPathOptions(app, context.options);
+    AddOutputOptions(app, context.outputOptions);
     const std::vector<Command> commands = {
         AddWhichCommand(app),   AddClassCommand(app),    AddClassesCommand(app),
         AddMethodsCommand(app), AddPackagesCommand(app),

@@ -12,7 +12,6 @@
 
 #include "class_files.h"
 #include "command.h"
-#include "console.h"
 #include "name_arguments.h"
 #include "open_search.h"
 #include "path_names.h"
@@ -23,8 +22,9 @@ namespace {
 // Prints the methods of one class.
 class MethodLister {
   public:
-    MethodLister(const vpPath& path, const std::string& className, ExtensionArray extensions)
-        : path_(path), className_(className), extensions_(extensions) {}
+    MethodLister(const vpPath& path, const std::string& className, ExtensionArray extensions,
+                 Output& output)
+        : path_(path), className_(className), extensions_(extensions), output_(output) {}
 
     // All methods that have a file in `classDir` and were not printed yet.
     void printMethodsIn(const vpDir& classDir) {
@@ -55,11 +55,12 @@ class MethodLister {
         bool hidden = false;
         while (vpFindNextFile(files.get(), &dir, file) != 0) {
             if (!IsAsDeepAs(dir, className_) || !printed_.insert(file).second) continue;
-            if (hidden) {
-                PrintColumns({method, FullFileName(file), "hidden"});
-            } else {
-                PrintColumns({method, FullFileName(file)});
-            }
+            output_.print(Record("method")
+                              .field("class", className_)
+                              .column("name", method, Style::kName)
+                              .column("file", FullFileName(file), Style::kFile)
+                              .mark("hidden", hidden)
+                              .faint(hidden));
             hidden = true;
         }
     }
@@ -67,27 +68,28 @@ class MethodLister {
     const vpPath path_;
     const std::string className_;
     ExtensionArray extensions_;
+    Output& output_;
     std::unordered_set<std::string> printed_;
 };
 
 ExitStatus RunMethods(const std::vector<std::string>& classNames, Context& context) {
     CheckNameArguments(classNames, "CLASS", "a class");
     const vpPath path = context.loaded().path;
+    Output& output = context.output();
     ExitStatus status = kExitFound;
     for (const std::string& className : classNames) {
         const std::vector<vpDir> classDirs = ClassDirs(path, className);
-        MethodLister lister(path, className, context.options.extensionArray());
+        MethodLister lister(path, className, context.options.extensionArray(), output);
         for (const vpDir& classDir : classDirs) lister.printMethodsIn(classDir);
         if (!classDirs.empty()) continue;
-        FlushOutput();  // answers and complaints come in the order of the names
         if (const auto file = ClassFile(path, className, context.options)) {
-            Complain(className + ": has no class directory; " + *file + " declares it");
+            output.miss(className, "has no class directory", *file + " declares it");
             continue;
         }
         const std::vector<vpDir> others = ClassDirs(path, className, vpCaseInsensitive);
-        Complain(className + ": no class directory on the path; " +
-                 (others.empty() ? "add the directory that holds it with --path"
-                                 : FullNameOf(others[0]) + " differs in case; use --ignore-case"));
+        output.miss(className, "no class directory on the path",
+                    others.empty() ? "add the directory that holds it with --path"
+                                   : FullNameOf(others[0]) + " differs in case; use --ignore-case");
         status = kExitNotFound;
     }
     return status;

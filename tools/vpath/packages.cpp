@@ -3,7 +3,6 @@
 #include <CLI/CLI.hpp>
 
 #include "command.h"
-#include "console.h"
 #include "path_names.h"
 #include "special_dirs.h"
 
@@ -13,7 +12,9 @@ ExitStatus RunPackages(Context& context) {
     vpDir dir = NextDirOrPackage(vpGetNullDir(context.loaded().path));
     for (; vpGetDirType(dir) != vpDirTypeNone; dir = NextDirOrPackage(dir)) {
         if (vpGetDirType(dir) != vpDirTypePackage) continue;
-        PrintColumns({DottedName(dir), FullNameOf(dir)});
+        context.output().print(Record("package")
+                                   .column("name", DottedName(dir), Style::kName)
+                                   .column("directory", FullNameOf(dir), Style::kDirectory));
     }
     return kExitFound;
 }

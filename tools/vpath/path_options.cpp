@@ -37,16 +37,14 @@ void AddPathOptions(CLI::App& app, PathOptions& options) {
     addSource("--recursive", PathSource::kTree, "add DIR and the directories below it")
         ->type_name("DIR");
 
-    app.add_option("--cwd", options.currentDirectory,
-                   "current directory of the path (default: this one)")
-        ->type_name("DIR");
+    app.add_option("--cwd", options.currentDirectory, "its current directory")->type_name("DIR");
     app.add_option_function<std::string>(
            "--ext", [&options](const std::string& list) { AddExtensions(list, options); },
-           "extensions that count, as 'v,p' (default: any)")
+           "extensions, as 'v,p'")
         ->trigger_on_parse()
         ->type_name("LIST");
-    app.add_flag("--ignore-case", options.ignoreCase, "compare names without regard to case");
-    app.add_flag("--stats", options.stats, "say what was loaded and its cost, on standard error");
+    app.add_flag("--ignore-case", options.ignoreCase, "ignore case of names");
+    app.add_flag("--stats", options.stats, "what the load cost");
 }
 
 void UseDefaultPath(PathOptions& options) {

@@ -52,31 +52,58 @@ Contents ContentsOf(const vpPath& path) {
     return contents;
 }
 
-using Number = unsigned long long;
+struct CallKind {
+    const char* field;
+    const char* words;
+    uint64_t CallCounts::*count;
+};
+constexpr CallKind kCallKinds[] = {
+    {"listing", "listing", &CallCounts::listings},
+    {"accessibility", "accessibility", &CallCounts::accessibility},
+    {"readability", "readability", &CallCounts::readability},
+    {"is_directory", "is-directory", &CallCounts::isDirectory},
+    {"time_stamp", "time stamp", &CallCounts::timeStamps},
+    {"change_directory", "change-directory", &CallCounts::changeDirectory},
+};
 
-void PrintCalls(const char* when, const CallCounts& now, const CallCounts& before) {
-    std::fprintf(stderr,
-                 "callbacks %s: %llu listing, %llu accessibility, %llu readability, "
-                 "%llu is-directory, %llu time stamp, %llu change-directory\n",
-                 when, static_cast<Number>(now.listings - before.listings),
-                 static_cast<Number>(now.accessibility - before.accessibility),
-                 static_cast<Number>(now.readability - before.readability),
-                 static_cast<Number>(now.isDirectory - before.isDirectory),
-                 static_cast<Number>(now.timeStamps - before.timeStamps),
-                 static_cast<Number>(now.changeDirectory - before.changeDirectory));
-}
+// The calls from `before` to `now`, as fields and in words.
+struct Calls {
+    Value::Object fields;
+    std::string words;
+
+    Calls(const CallCounts& now, const CallCounts& before) {
+        for (const CallKind& kind : kCallKinds) {
+            const uint64_t count = now.*kind.count - before.*kind.count;
+            fields.push_back({kind.field, count});
+            words += (words.empty() ? "" : ", ") + std::to_string(count) + " " + kind.words;
+        }
+    }
+};
 
 }  // namespace
 
-void PrintStats(const LoadedPath& loaded) {
-    const CallCounts calls = HostCalls();  // counting what the path holds may ask more
+Record StatsRecord(const LoadedPath& loaded) {
+    const Calls toLoad(loaded.loadCalls, {});
+    const Calls toAnswer(HostCalls(), loaded.loadCalls);  // counting the contents may ask more
     const Contents contents = ContentsOf(loaded.path);
-    std::fprintf(stderr, "directories: %zu on the path, %zu special ones inside them\n",
-                 contents.pathDirectories, contents.specialDirectories);
-    std::fprintf(stderr, "files: %zu\n", contents.files);
-    std::fprintf(stderr, "distinct names: %zu\n", contents.names);
-    PrintCalls("to load", loaded.loadCalls, {});
-    PrintCalls("to answer", calls, loaded.loadCalls);
-    std::fprintf(stderr, "load time: %.1f ms\n", loaded.loadSeconds * 1000);
-    std::fprintf(stderr, "bytes held: %zu\n", loaded.loadedBytes);
+    const double milliseconds = loaded.loadSeconds * 1000;
+    char loadTime[40];
+    std::snprintf(loadTime, sizeof loadTime, "%.1f", milliseconds);
+
+    Record record("stats");
+    record.field("directories", contents.pathDirectories)
+        .field("special_directories", contents.specialDirectories)
+        .field("files", contents.files)
+        .field("distinct_names", contents.names)
+        .field("callbacks_to_load", toLoad.fields)
+        .field("callbacks_to_answer", toAnswer.fields)
+        .field("load_milliseconds", milliseconds)
+        .field("bytes_held", loaded.loadedBytes);
+    return record.text("directories: " + std::to_string(contents.pathDirectories) +
+                       " on the path, " + std::to_string(contents.specialDirectories) +
+                       " special ones inside them\n" + "files: " + std::to_string(contents.files) +
+                       "\n" + "distinct names: " + std::to_string(contents.names) + "\n" +
+                       "callbacks to load: " + toLoad.words + "\n" +
+                       "callbacks to answer: " + toAnswer.words + "\n" + "load time: " + loadTime +
+                       " ms\n" + "bytes held: " + std::to_string(loaded.loadedBytes));
 }

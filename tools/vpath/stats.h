@@ -1,7 +1,8 @@
 #pragma once
 
 #include "loaded_path.h"
+#include "record.h"
 
-// Writes to standard error what the path holds, what loading it took and which callbacks the host
-// has been asked since. Cost: everything that the path holds.
-void PrintStats(const LoadedPath& loaded);
+// What the path holds, what loading it took and which callbacks the host has been asked since.
+// Cost: everything that the path holds.
+Record StatsRecord(const LoadedPath& loaded);

@@ -9,7 +9,6 @@
 #include <CLI/CLI.hpp>
 
 #include "command.h"
-#include "console.h"
 #include "extension_array.h"
 #include "name_arguments.h"
 #include "open_search.h"
@@ -110,14 +109,17 @@ std::string Explain(const std::string& name, Query& query, const Context& contex
 }
 
 // Prints the first match, or all; whether there was one.
-bool Answer(const std::string& name, bool all, Query& query) {
+bool Answer(const std::string& name, bool all, Query& query, Output& output) {
     const Search search = query.search(name);
     char file[kNameRoom];
     // The current directory may be on the path as well; a file is then found twice.
     std::unordered_set<std::string> printed;
     while (vpFindNextFile(search.get(), nullptr, file) != 0) {
-        const auto [line, isNew] = printed.insert(FullFileName(file));
-        if (isNew) PrintLine(*line);
+        const auto [fullName, isNew] = printed.insert(FullFileName(file));
+        if (isNew) {
+            output.print(
+                Record("match").field("name", name).column("file", *fullName, Style::kFile));
+        }
         if (!all) break;
     }
     return !printed.empty();
@@ -129,11 +131,11 @@ ExitStatus RunWhich(const WhichOptions& options, Context& context) {
     Query query(path, StartDirectory(path, options),
                 options.verify ? vpReadCheckVerify : vpReadCheckSkip,
                 context.options.extensionArray());
+    Output& output = context.output();
     ExitStatus status = kExitFound;
     for (const std::string& name : options.names) {
-        if (Answer(name, options.all, query)) continue;
-        FlushOutput();  // answers and complaints come in the order of the names
-        Complain(name + ": not found on the path; " + Explain(name, query, context));
+        if (Answer(name, options.all, query, output)) continue;
+        output.miss(name, "not found on the path", Explain(name, query, context));
         status = kExitNotFound;
     }
     return status;
