@@ -377,6 +377,33 @@ L /e => f:8000 : list /e : L /e! P H)");
     EXPECT_TRUE(host.takePrinted().ends_with("= 2147483647\n"));
 }
 
+// The console is the host's: whatever it does while a look-up is told, the look-up's answer stands.
+TEST_F(CacheTest, AnswersThoughTheConsoleActs) {
+    run("tree /i/toolbox/disk/f ; path - /i/toolbox");
+    const std::string text =
+        R"(<h><D name="al"><F name="one"/></D><D name="be"><F name="two"/></D></)";
+    const std::function<void()> acts[] = {
+        [&] { vpRevertFromToolboxCache(path); }, [&] { use("<h></"); },
+        [&] { EXPECT_EQ(listing("/i/toolbox/be"), "two:8000 "); },
+        [&] { EXPECT_EQ(listing("/i/toolbox/disk"), "f:8000 "); }};
+    for (const auto& act : acts) {
+        for (const std::string told : {"  Success, 2 compares.\n", "    Cache search for "}) {
+            use(text);
+            diagnose(true, false);
+            host.onCall = [&](const std::string& print) {
+                if (print.rfind(told, 0) != 0) return;
+                host.onCall = nullptr;
+                diagnose(false, false);
+                act();
+            };
+            const std::string answer = listing("/i/toolbox/al");
+            const bool before = told[4] == 'C';
+            EXPECT_TRUE(answer == "one:8000 " || (before && answer.empty())) << answer;
+            EXPECT_EQ(host.onCall, nullptr);
+        }
+    }
+}
+
 TEST_F(CacheTest, GoesFromStateToState) {
     run("tree /i/toolbox/al/disk ; path - /i/toolbox");
     const std::string other = "<h><D name=\"al\"><F name=\"new\"/></D></";

@@ -480,16 +480,17 @@ VP_EXPORT vpRefreshPolicy vpNonNotifiedRemotePathRefreshPolicy(vpPath path, vpRe
 // - the time of every directory, and of every name in one, is 0: nothing is found changed.
 
 // Writes the frozen directories of the path that lie under its root (`preFrozen`), in path order.
-// Left out are the root itself and every directory that holds, at any depth, a name with '"', a
-// backslash, a line feed or the byte 0xFF, or of more than 4352 bytes beneath the root: those are
-// asked of the file system. False when the file could not be written whole (a part of it may then
+// Left out are the root itself, a directory whose name is the root's and one character more, and
+// every directory that holds, at any depth, a name with '"', a backslash, a line feed or the byte
+// 0xFF, or of more than 4352 bytes beneath the root: those are asked of the file system. False when the file could not be written whole (a part of it may then
 // be there), on a dead handle, and for a null name or root. Cost: what the directories hold.
 VP_EXPORT bool vpWritePathToCacheFile(vpPath path, const char* fileName);
 
-// Loads a cache file and puts the path into cache mode: its callbacks, but for isPathnameOk and
-// changeDir, become those that answer from the cache. On failure the console says "Error occurred
-// loading: %s\nCache file ignored.\n" after what is wrong with the file, and all is as it was, a
-// cache in use included; a load that succeeds replaces that. A prefix of more than 4096 bytes, a
+// Loads a cache file and puts the path into cache mode: its callbacks become those that answer from
+// the cache, isPathnameOk and changeDir the process-wide ones. On failure the console says "Error
+// occurred loading: %s\nCache file ignored.\n" after what is wrong with the file, and path and
+// cache, one in use included, are as they were; the statistics begin anew. A load that succeeds
+// replaces the cache. A prefix of more than 4096 bytes, a
 // dead handle and null names are failures. `verbose`: tell the duration of the load, and every
 // directory under the prefix that the cache does not know. Cost: the file.
 VP_EXPORT void vpUseToolboxCache(vpPath path, const char* cacheFile, const char* rootDir,

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 #include <limits>
+#include <utility>
 
 #include <hostkit/hostkit.h>
 #include <vpath/pathname.h>
@@ -28,44 +29,62 @@ bool IsUnderPrefix(const vpPath& path, const char* name) {
     const auto length = static_cast<unsigned>(prefix.size());
     if (CompareNamePrefix(name, prefix.c_str(), length, IsCaseSensitive(path)) == 0) return true;
     if (cacheMode.traceOn) {
-        hkPrintf("\n    Did not match cache prefix %s (%d)    Failed.\n", prefix.c_str(),
+        const std::shared_ptr<LoadedCache> whilePrinting = cacheMode.loaded;
+        hkPrintf("\n    Did not match cache prefix %s (%d)", prefix.c_str(),
                  static_cast<int>(length));
+        hkPrintf("    Failed.\n");
     }
     return false;
 }
 
-// The node of a directory, or null. The search from the last hit comes first, because directories
+// What a look-up finds, with the cache that it was found in.
+struct FoundNode {
+    std::shared_ptr<LoadedCache> cache;
+    uint32_t number = CacheSearch::kNotFound;
+
+    explicit operator bool() const { return number != CacheSearch::kNotFound; }
+    const CacheNode& operator*() const { return cache->tree().nodes()[number]; }
+};
+
+// The node of a directory, or none. The search from the last hit comes first, because directories
 // are asked for in the order of the file: the next is most often the next node.
 //
-// The console is the host's, which may load another cache or end cache mode while it prints:
-// nothing of the cache is held across that.
-const CacheNode* LookUp(const vpPath& path, const char* name) {
+// The console is the host's, who may look up another directory, load another cache or end cache
+// mode while it prints, or when memory runs out: what is found is kept apart from all that.
+FoundNode LookUp(const vpPath& path, const char* name) {
     CacheMode& mode = cacheMode;
     if (mode.traceOn) hkPrintf("    Cache search for %s...", name);
     ++mode.dirLookupRequests;
-    if (!IsUnderPrefix(path, name)) return nullptr;
-    LoadedCache& cache = *mode.loaded;
+    if (!IsUnderPrefix(path, name)) return {};
+    FoundNode found{mode.loaded};
+    if (found.cache == nullptr) return {};
     const std::span<const uint32_t> numbers =
-        cache.index(IsCaseSensitive(path)).find(name + cache.prefix().size());
+        found.cache->index(IsCaseSensitive(path)).find(name + found.cache->prefix().size());
+    const bool isInUse = mode.loaded == found.cache;  // still; the last hit is of the one in use
     const uint64_t comparesBefore = mode.compares;
     const auto searchFrom = [&](uint32_t from) {
-        const CacheSearch search = SearchFrom(cache.tree(), numbers, from);
+        const CacheSearch search = SearchFrom(found.cache->tree(), numbers, from);
         mode.compares += search.compares;
-        mode.lastHit = search.number;
+        found.number = search.number;
+        if (isInUse) mode.lastHit = found.number;
         return search.number != CacheSearch::kNotFound;
     };
-    const bool nearby = mode.lastHit != CacheSearch::kNotFound && searchFrom(mode.lastHit);
+    const bool hasLastHit = isInUse && mode.lastHit != CacheSearch::kNotFound;
+    const bool nearby = hasLastHit && searchFrom(mode.lastHit);
     if (!nearby && !searchFrom(0)) {
-        if (mode.traceOn) hkPrintf("\n    Cache search failure,     Failed.\n");
-        return nullptr;
+        if (mode.traceOn) {
+            hkPrintf("\n    Cache search failure, ");
+            hkPrintf("    Failed.\n");
+        }
+        return {};
     }
     ++mode.dirLookupHits;
+    const int compares = Printable(mode.compares - comparesBefore);
     if (mode.traceOn) {
-        hkPrintf("%s  Success, %d compares.\n", nearby ? "  Cache-Cached" : "",
-                 Printable(mode.compares - comparesBefore));
+        if (nearby) hkPrintf("  Cache-Cached");
+        hkPrintf("  Success, %d compares.\n", compares);
     }
-    if (mode.lastHit == CacheSearch::kNotFound) return nullptr;
-    return &mode.loaded->tree().nodes()[mode.lastHit];
+    return found;
 }
 
 unsigned int ListingWord(char kind) {
@@ -102,7 +121,7 @@ char* CachedListing(vpPath path, const char* name, unsigned int** words) {
     if (mode.loaded != nullptr) {
         if (cacheMode.traceOn) hkPrintf("Looking for contents of %s...\n", name);
         if (IsUnderPrefix(path, name)) {
-            if (const CacheNode* const node = LookUp(path, name)) return ListingOf(*node, words);
+            if (const FoundNode node = LookUp(path, name)) return ListingOf(*node, words);
             if (mode.tellsStatus() || mode.verbose) {
                 hkPrintf("%s not found in Toolbox Path Cache\n", name);
             }
@@ -124,7 +143,7 @@ bool CachedIsDirectory(vpPath path, const char* name) {
         if (IsUnderPrefix(path, name)) {
             if (HasExtension(name)) return false;
             if (cacheMode.traceOn) hkPrintf("Is %s a directory?...\n", name);
-            if (LookUp(path, name) != nullptr) return true;
+            if (LookUp(path, name)) return true;
         }
         if (cacheMode.traceOn) hkPrintf("Is %s a directory?...\n", name);
         const char* const last = vpSeparatePathName(const_cast<char*>(name), nullptr);
@@ -156,7 +175,12 @@ long CachedTimeStamp(vpPath path, const char* name) {
 
 const CacheIndex& LoadedCache::index(bool caseSensitive) {
     std::optional<CacheIndex>& index = indexes_[caseSensitive ? 1 : 0];
-    return index.has_value() ? *index : index.emplace(*tree_, caseSensitive);
+    if (!index) {
+        CacheIndex made(*tree_, caseSensitive);
+        // When memory ran out the host was told, and may have looked up something itself.
+        if (!index) index.emplace(std::move(made));
+    }
+    return *index;
 }
 
 int Printable(uint64_t count) {

@@ -6,6 +6,7 @@
 // callback otherwise.
 #pragma once
 
+#include <memory>
 #include <optional>
 
 #include <vpath/path.h>
@@ -36,7 +37,7 @@ struct CacheMode {
     bool statusOn = false;  // loads and statistics are told
     bool verbose = false;   // misses are told
 
-    LoadedCache* loaded = nullptr;              // owned; null outside cache mode
+    std::shared_ptr<LoadedCache> loaded;        // null outside cache mode
     uint32_t lastHit = CacheSearch::kNotFound;  // the node that the last look-up found
 
     // Since the last load was asked for.

@@ -55,6 +55,7 @@ class OutputFile {
 
 void AppendHeader(GrowingText& out, int64_t now) {
     const auto seconds = static_cast<time_t>(now);
+    tzset();  // which ctime_r may leave out
     char text[64] = "";
     ctime_r(&seconds, text);
     out.append("<Lumenvale type=\"Path Cache File\" version=\"1.1\" date=\"");

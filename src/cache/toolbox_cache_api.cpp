@@ -59,19 +59,19 @@ CacheTreePtr ReadNamedCacheFile(const char* name) {
 }
 
 // The cache of a file for names under `rootDir`, or null.
-std::unique_ptr<LoadedCache> Load(const vpPath& path, const char* fileName, const char* rootDir) {
-    if (LivePath(path) == nullptr || rootDir == nullptr) return nullptr;
+std::shared_ptr<LoadedCache> Load(const vpPath& path, const char* fileName, const char* rootDir) {
+    CacheTreePtr tree = ReadNamedCacheFile(fileName);
+    if (tree == nullptr || LivePath(path) == nullptr || rootDir == nullptr) return nullptr;
     HkString prefix(rootDir);
     prefix += "/toolbox/";
     if (prefix.size() > kLongestPrefix) return nullptr;
-    CacheTreePtr tree = ReadNamedCacheFile(fileName);
-    if (tree == nullptr) return nullptr;
-    return std::unique_ptr<LoadedCache>(new LoadedCache(std::move(tree), std::move(prefix)));
+    return std::allocate_shared<LoadedCache>(HkAllocator<LoadedCache>(), std::move(tree),
+                                             std::move(prefix));
 }
 
 // Puts `loaded`, which may be null, in the place of the cache in use.
-void Use(std::unique_ptr<LoadedCache> loaded) {
-    delete std::exchange(cacheMode.loaded, loaded.release());
+void Use(std::shared_ptr<LoadedCache> loaded) {
+    cacheMode.loaded = std::move(loaded);
     cacheMode.lastHit = CacheSearch::kNotFound;
 }
 
@@ -90,7 +90,7 @@ void vpUseToolboxCache(vpPath path, const char* cacheFile, const char* rootDir, 
         hkPrintf("Attempting to load Toolbox Path Cache %s\n", Printable(cacheFile));
     }
     LoadTiming timing;
-    std::unique_ptr<LoadedCache> loaded;
+    std::shared_ptr<LoadedCache> loaded;
     Attempt([&] { loaded = Load(path, cacheFile, rootDir); });
     const double seconds = timing.stop();
     if (loaded == nullptr) {

@@ -47,8 +47,8 @@ class FakeHost {
 
     // What happened since the last take, joined by '|': callbacks as "access /w", "list", "isdir",
     // "read", "time", "chdir"; messages as "error: ..."; events as "5 /w", those of the second
-    // listener as "B5 /w"; what hkPrintf printed, as it is. `onCall` runs inside each callback and
-    // event that is recorded.
+    // listener as "B5 /w"; what hkPrintf printed, as it is. `onCall` runs inside each callback, event
+    // and print that is recorded.
     std::string takeCalls() { return take(&calls_, "|"); }
     std::string takeCalls(const std::string& kind);  // the names alone, joined by blanks
     std::string takeMessages() { return take(&messages_, "|"); }
@@ -71,7 +71,7 @@ class FakeHost {
     static void onInfo(const char* text) { say("info: ", text); }
     static void listener(vpEventType type, vpDir dir) { tell("", type, dir); }
     static void secondListener(vpEventType type, vpDir dir) { tell("B", type, dir); }
-    void notePrinted(const char* text) { printed_.emplace_back(text); }
+    void notePrinted(const char* text) { note(&printed_, text); }
 
   private:
     struct Node {
