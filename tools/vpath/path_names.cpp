@@ -2,17 +2,6 @@
 
 #include <vpath/pathname.h>
 
-namespace {
-
-std::string NameOfDir(const vpDir& dir) {
-    std::string name(static_cast<size_t>(vpGetDirNameLen(dir)) + 1, '\0');
-    vpGetDirName(dir, name.data());
-    name.pop_back();
-    return name;
-}
-
-}  // namespace
-
 std::optional<std::string> FullDirName(const std::string& name) {
     char* normalized = nullptr;
     const char* failure = vpNormalizeDirName(name.c_str(), true, 0, nullptr, &normalized);
@@ -24,6 +13,13 @@ std::optional<std::string> FullDirName(const std::string& name) {
     char full[kNameRoom];
     if (vpFullPath(full, dirName.c_str(), sizeof full) == nullptr) return std::nullopt;
     return full;
+}
+
+std::string NameOfDir(const vpDir& dir) {
+    std::string name(static_cast<size_t>(vpGetDirNameLen(dir)) + 1, '\0');
+    vpGetDirName(dir, name.data());
+    name.pop_back();
+    return name;
 }
 
 vpDir FindDir(const vpPath& path, const std::string& name) {
@@ -50,6 +46,12 @@ std::string FullNameOf(const vpDir& dir) {
     std::string name = NameOfDir(dir);
     return vpIsAbsoluteDir(dir) ? name : FullDirName(name).value_or(name);
 }
+
+std::string JoinNames(const std::string& dir, const std::string& name) {
+    return dir.ends_with('/') ? dir + name : dir + "/" + name;
+}
+
+std::string LastComponent(const std::string& name) { return name.substr(name.rfind('/') + 1); }
 
 std::string FullFileName(const char* found) {
     if (vpIsAbsolutePath(found)) return found;

@@ -15,6 +15,9 @@ constexpr size_t kNameRoom = PATH_MAX + NAME_MAX + 2;
 // relative name or it is too long.
 std::optional<std::string> FullDirName(const std::string& name);
 
+// The full name of a directory as the library holds it.
+std::string NameOfDir(const vpDir& dir);
+
 // The directory of the path that the user means by a name, its special directories included; the
 // null directory when there is none. Directories that were added under a relative name answer to
 // their full names too. Cost: the relative directories, when it is none of the others.
@@ -22,6 +25,9 @@ vpDir FindDir(const vpPath& path, const std::string& name);
 
 // The full name of a directory of the path, completed when it was added under a relative name.
 std::string FullNameOf(const vpDir& dir);
+// A name in a directory, and the last component of a name.
+std::string JoinNames(const std::string& dir, const std::string& name);
+std::string LastComponent(const std::string& name);
 
 // The full name of a file that a search answered, completed when its directory was added under a
 // relative name.
