@@ -46,3 +46,4 @@ Command AddClassCommand(CLI::App& app);
 Command AddClassesCommand(CLI::App& app);
 Command AddMethodsCommand(CLI::App& app);
 Command AddPackagesCommand(CLI::App& app);
+Command AddWatchCommand(CLI::App& app);

@@ -70,7 +70,7 @@ ExitStatus ParseAndRun(int argc, char** argv) {
     AddOutputOptions(app, context.outputOptions);
     const std::vector<Command> commands = {
         AddWhichCommand(app),   AddClassCommand(app),    AddClassesCommand(app),
-        AddMethodsCommand(app), AddPackagesCommand(app),
+        AddMethodsCommand(app), AddPackagesCommand(app), AddWatchCommand(app),
     };
     try {
         app.parse(Arguments(argc, argv));

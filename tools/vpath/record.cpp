@@ -27,6 +27,11 @@ Record& Record::column(const char* name, Value value, Style style) {
     return field(name, std::move(value));
 }
 
+Record& Record::label(std::string text, Style style) {
+    columns_.push_back({std::move(text), style});
+    return *this;
+}
+
 Record& Record::field(const char* name, Value value) {
     fields_.push_back({name, std::move(value)});
     return *this;

@@ -66,6 +66,8 @@ class Record {
     // A field that is a column of the text too; a null is shown there as "-". Holds a text, a
     // number or null.
     Record& column(const char* name, Value value, Style style = Style::kPlain);
+    // A column of the text alone.
+    Record& label(std::string text, Style style = Style::kPlain);
     // A field of JSON alone.
     Record& field(const char* name, Value value);
     // True or false in JSON; in text a last column with the name when true.
