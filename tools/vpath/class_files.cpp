@@ -2,9 +2,9 @@
 
 #include <vpath/search.h>
 
+#include "inner_dirs.h"
 #include "open_search.h"
 #include "path_names.h"
-#include "special_dirs.h"
 
 namespace {
 

@@ -12,10 +12,10 @@
 
 #include "class_files.h"
 #include "command.h"
+#include "inner_dirs.h"
 #include "name_arguments.h"
 #include "open_search.h"
 #include "path_names.h"
-#include "special_dirs.h"
 
 namespace {
 

@@ -3,8 +3,8 @@
 #include <CLI/CLI.hpp>
 
 #include "command.h"
+#include "inner_dirs.h"
 #include "path_names.h"
-#include "special_dirs.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "special_dirs.h"
+#include "inner_dirs.h"
 
 #include <algorithm>
 
