@@ -39,8 +39,18 @@ TEST_F(ClassWalks, VisitEachDirectoryOnceInPathOrder) {
     EXPECT_EQ(ofClass("/cwd", "A"), "/a/@A /c/@A ") << "its own left out";
     EXPECT_EQ(ofClass("/b", "a"), "/c/@a ");
     EXPECT_EQ(ofClass("/a/+p/@A", "A") + ofClass("", "none"), "") << "packages are not looked into";
+    EXPECT_EQ(vpGetDirType(vpGetNextMethodClassDir(vpGetNullDir(path), nullptr)), 0);
+    const vpDir second = dir("/a/@A");
+    run("replace /c:/b:/a");
+    EXPECT_EQ(NameOf(vpGetNextMethodClassDir(dir("/c/@A"), "A")), "/a/@A") << "in the new order";
+    EXPECT_EQ(walk(vpGetCWD(path), vpGetNextMethodDir), "/c/@a /c/@A /a/@B /a/@A ");
+    EXPECT_EQ(walk(dir("/c/@A"), vpGetNextMethodDir), "/a/@B /a/@A ") << "past one without any";
+    run("replace /a:/b:/c");
     vpSetCaseSensitivity(path, false);
     EXPECT_EQ(ofClass("/cwd", "a"), "/a/@A /c/@A /c/@a ");
+    const vpDir a = dir("/a");
+    run("remove /a");
+    EXPECT_EQ(vpGetMethodDirs(a, a).get(), nullptr);
 }
 
 class ClassFiles : public PathTest {
@@ -97,6 +107,70 @@ tree /b/@Bare/Bare.p /a/First.m /b/First.v ; path /a:/b)");
     const char* exts[] = {"v", nullptr};
     EXPECT_TRUE(vpGetClassFile(path, "Both", small, sizeof small, exts));
     EXPECT_STREQ(small, "/a/");
+}
+
+TEST_F(ClassFiles, CaseStatesAndOutputs) {
+    run("tree /a/K.V /a/@D/D.P /a/+p/C.txt /a/private/N.v /a/W.v /b/M.v /a/m.p ; path /a:/b - 1");
+    const auto files = [this](const std::string& names) {
+        std::string found;
+        for (const char name : names) found += file(std::string(1, name).c_str()) + " ";
+        return found;
+    };
+    EXPECT_EQ(files("kDM"), "/a/K.V /a/@D/D.P /a/m.p ");
+    EXPECT_EQ(takeAsked(), "/a/K.V /a/@D/D.P /a/m.p ");
+    EXPECT_TRUE(vpIsFileClassdef(path, "/B/m.V"));
+    EXPECT_EQ(takeAsked(), "/B/m.V ") << "as it was asked for";
+    vpSetCaseSensitivity(path, true);
+    EXPECT_EQ(files("kKmM"), "- - /a/m.p /b/M.v ");
+    takeAsked();
+    // Forgotten by a re-read, whatever the listing says; not in private directories.
+    run("word /a/W.v 8001 ; refresh /a 3");
+    EXPECT_TRUE(vpIsFileClassdef(path, "/a/W.v"));
+    EXPECT_FALSE(vpIsFileClassdef(path, "/a/private/N.v") || vpIsFileClassdef(path, "/a/+p/C.txt"));
+    EXPECT_EQ(takeAsked(), "/a/W.v ");
+    // Undecided while nobody is asked.
+    run("refresh /a 3");
+    vpSetIsClassFcn(nullptr);
+    EXPECT_EQ(file("m"), "-");
+    SetUp();
+    EXPECT_EQ(file("m"), "/a/m.p");
+    char text[] = "########";
+    const char* exts[] = {"p", "v", "p", nullptr};
+    EXPECT_TRUE(vpGetClassFile(path, "m", text, 4, exts));
+    EXPECT_EQ(std::string(text, 8), std::string("/a/\0####", 8));
+    EXPECT_FALSE(vpGetClassFile(path, "none", text, 0, exts));
+    EXPECT_EQ(*text, '/') << "no room is never written to";
+    EXPECT_FALSE(vpGetClassFile(vpPath(), "m", text, 8, exts));
+    EXPECT_STREQ(text, "");
+}
+
+// The host that is asked may change what it is asked about.
+TEST_F(ClassFiles, AskingMayChangeThePath) {
+    static ClassFiles* test;
+    test = this;
+    const struct {
+        vpIsClassFcn isClass;
+        const char* file;
+    } rows[] = {
+        {[](const char*) { return vpRemoveDir(test->dir("/a")), true; }, "/b/@K/K.v"},
+        {[](const char*) { return vpRemovePath(test->path), true; }, "-"},
+        {[](const char* name) {
+             if (*std::strrchr(name, '@') == '\0') return true;
+             test->host.remove("/a/K.v");
+             vpRefreshDirectory(test->dir("/a"), vpRefreshAlways);
+             return false;
+         },
+         "-"},
+    };
+    for (const auto& row : rows) {
+        vpTerminate();
+        host.reset();
+        run("tree /a/K.v /b/@K/K.v ; path /a:/b");
+        vpSetIsClassFcn(row.isClass);
+        const char* exts[] = {"v", nullptr};
+        char found[64];
+        EXPECT_STREQ(vpGetClassFile(path, "K", found, sizeof found, exts) ? found : "-", row.file);
+    }
 }
 
 TEST_F(ClassFiles, InPackagesAndInTheCurrentDirectory) {

@@ -139,17 +139,36 @@ TEST_F(Handles, AListenersFreedPlaceIsTakenAgain) {
     run("printed =>");
 }
 
+TEST_F(Handles, TheFirstFreePlaceIsTakenFirst) {
+    run("path -");  // with one listener
+    EXPECT_EQ(vpRegisterPathInterest(path, nullptr).index, 1);
+    for (int32_t place = 1; place < 5; ++place) {
+        EXPECT_EQ(vpRegisterPathInterest(path, FakeHost::listener).index, place);
+    }
+    for (const int32_t place : {3, 1, 3}) vpCancelPathInterest({path, place});
+    for (const int32_t place : {1, 3, 5}) {
+        EXPECT_EQ(vpRegisterPathInterest(path, FakeHost::listener).index, place);
+    }
+    vpRemovePath(path);
+    EXPECT_FALSE(vpSetDirectoryReloadMessages(path, true));
+}
+
 TEST_F(Handles, SuppressionSilencesRereadsAndReloadMessagesGiveBareNames) {
     run(R"(
 tree /a/@C/ /a/+p/private/ /b/private/ ; path /a ; cwd /b ; replace /b ; replace /a
 events => 2|5 /b/private|5 /b|7|1|5 /b/private|5 /b|6|1|5 /a/@C|5 /a/+p/private|5 /a/+p|6
 refreshall 3 ; events => 0 /b|0 /b/private|0 /a|0 /a/+p|0 /a/+p/private|0 /a/@C ; messages =>)");
-    vpSuppressChangeNotify(path, true);
+    for (const bool on : {true, false, true}) {
+        vpSuppressChangeNotify(path, on);
+        run("tree /a/@New/ ; refresh /a 2");
+        EXPECT_EQ(step("events"), on ? "" : "0 /a|0 /a/+p|0 /a/+p/private|0 /a/@C|0 /a/@New");
+    }
     run("cwd /cwd ; replace /b ; refreshall 3 ; events => ; cwd /b ; events => 2|5 /b|7");
     EXPECT_FALSE(vpSetDirectoryReloadMessages(path, true));
     EXPECT_TRUE(vpSetDirectoryReloadMessages(path, true));
     run("replace /a ; refresh /a 3 ; messages => "
-        "info: a reloaded.|info: p reloaded.|info: private reloaded.|info: C reloaded.");
+        "info: a reloaded.|info: p reloaded.|info: private reloaded.|info: C reloaded.|"
+        "info: New reloaded.");
     EXPECT_TRUE(vpSetDirectoryReloadMessages(path, false));
     run("refresh /a 3 ; messages =>");
     EXPECT_EQ(vpSetNotificationHandleWarnings(path, vpWarnInvalidCNHOn), 0);

@@ -174,6 +174,28 @@ TEST_F(Reentry, ADirectoryThatIsBeingReadIsOnlyMarked) {
     run("holds /a => f.v | | @C private");
 }
 
+// The path, held by the registry alone, is removed by a listener of the re-read; a directory leaves
+// while its time is asked for.
+TEST_F(Reentry, WhatGoesWhileItIsRefreshed) {
+    reopen();
+    const vpDir a = dir("/a");
+    host.onCall = [&](const std::string& call) {
+        if (call == "time /a") vpRemoveDir(a);
+    };
+    host.setTime("/a", 20);
+    run("forget ; refreshall 1 => ; on => /cwd rel");
+    host.onCall = nullptr;
+    run("add /a");
+    const vpDir again = dir("/a");
+    path = vpPath();
+    host.onCall = [](const std::string& call) {
+        if (call == "0 /a") vpRemovePath(vpLookupPath("p"));
+    };
+    vpRefreshDirectory(again, vpRefreshAlways);
+    EXPECT_FALSE(vpIsDirHandleValid(again));
+    host.onCall = nullptr;
+}
+
 TEST_F(Reentry, ADirectoryStaysAsFarAsItWasRead) {
     run("tree /a/one.v /a/@C/ /a/two.v\n path /a\n tree /a/zero.v /a/@D/ /a/last.v");
     host.onCall = [](const std::string& call) {

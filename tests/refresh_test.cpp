@@ -62,6 +62,65 @@ TEST_F(Refresh, TypesByState) {
     run("freeze /a ; unfreeze /a/@C ; refresh /a 1 => ; refresh /a 2 => /a/@C");
 }
 
+// One transition a row, from a path that was loaded at 1000 and is used at 30.
+TEST_F(Refresh, OneByOne) {
+    const char* const rows[] = {
+        // Times: read at load, at unfreezing, and by a test.
+        "removepath ; path - ; now 30 ; time /a 50 ; add /a ; refresh /a 1 => /a ; refresh /a 1 =>",
+        "removepath ; path - ; now 30 ; time /a 30 ; add /a ; time /a 28 ; refresh /a 1 =>",
+        "freeze /a ; unfreeze /a ; time /a 15 ; refresh /a 1 => /a ; refresh /a 1 =>",
+        "freeze /a ; time /a 15 ; unfreeze /a ; refresh /a 1 =>",
+        "time /a 20 ; forget ; refreshall 1 => /a ; refreshall 2 => /cwd /a /a/@C",
+        // Freezing and unfreezing go beneath, whatever the directory above is.
+        "freeze /a ; unfreeze /a/@C ; time /a/@C 15 ; refresh /a 1 => ; refresh /a 2 => /a/@C",
+        "freeze /a ; unfreeze /a/@C ; freeze /a ; frozen /a/@C => yes",
+        "freeze /a/@C ; unfreeze /a ; frozen /a/@C => no ; unfreeze /a ; freeze /a",
+        "freeze /a ; unfreeze /a ; mark /a => yes",
+        "mark /a ; tree /a/g ; freeze /a ; holds /a => g | | @C",
+        "removepath ; path /a /a ; unfreeze /a ; mark /a ; tree /a/@N/ ; refresh /a 4 => /a /a/@N\n"
+        "frozen /a/@N => yes",
+        // A relative directory starts anew where it then leads.
+        "removepath ; path rel ; refresh rel 1 ; isdir rel 0 ; cwd /new ; time rel 15\n"
+        "refresh rel 1 => rel ; refresh rel 1 =>",
+        "removepath ; path rel ; cwd /new\n"
+        "calls => "
+        "chdir /new|access /new|time /new|list /new|isdir rel|time rel|time rel|list rel",
+    };
+    for (const char* row : rows) {
+        SCOPED_TRACE(row);
+        vpTerminate();
+        host.reset();
+        host.now = 1000;
+        run("tree /a/@C/ rel/ /new/rel/ ; path /a ; now 30");
+        run(row);
+    }
+}
+
+// The count of a directory's changes, which stamps carry, and how often its time is asked for.
+TEST_F(Refresh, ChangesAreCounted) {
+    const auto is = [this](uint64_t count, const char* calls) {
+        EXPECT_EQ(host.takeCalls(), calls);
+        vpTimeStamp_tag stamp{};
+        vpGetTimeStampFromDir(dir("/a"), "/cwd", &stamp);
+        forget();
+        return stamp.generation == count;
+    };
+    run("tree /a/ ; path /a ; now 30");
+    const auto refresh = [this](vpDirRefreshType type) { vpRefreshDirectory(dir("/a"), type); };
+    EXPECT_TRUE(is(1, ""));
+    host.setTime("/a", 20);
+    refresh(vpRefreshIfChanged);
+    EXPECT_TRUE(is(2, "time /a|list /a"));
+    refresh(vpRefreshAlways);
+    EXPECT_TRUE(is(3, "time /a|list /a"));
+    host.setTime("/a", 30);
+    refresh(vpRefreshIfChanged);
+    EXPECT_TRUE(is(3, "time /a|time /a|list /a"));
+    host.setTime("/a", 0);
+    refresh(vpRefreshIfChanged);
+    EXPECT_TRUE(is(5, "time /a|time /a|list /a"));
+}
+
 TEST_F(Refresh, DirectoriesBelowTheRootEndFrozen) {
     run(R"(
 tree /lib/@C/ /a/ ; path /lib:/a /lib
