@@ -19,8 +19,9 @@ class Context {
     PathOptions options;
     OutputOptions outputOptions;
 
-    const LoadedPath& loaded() {
-        if (!loaded_) loaded_ = LoadPath(options);
+    // `frozen` is that of LoadPath.
+    const LoadedPath& loaded(const char* frozen = nullptr) {
+        if (!loaded_) loaded_ = LoadPath(options, frozen);
         return *loaded_;
     }
     bool isLoaded() const { return loaded_.has_value(); }

@@ -13,6 +13,7 @@
 #include "exit_status.h"
 #include "path_names.h"
 #include "progress.h"
+#include "toolbox_cache.h"
 #include "tree_adder.h"
 
 namespace {
@@ -83,11 +84,21 @@ void AddSources(const vpPath& path, const PathOptions& options,
 
 }  // namespace
 
-LoadedPath LoadPath(const PathOptions& options) {
+LoadedPath LoadPath(const PathOptions& options, const char* frozen) {
     // These names are relative to where the command was started, all others to --cwd.
     std::vector<std::ifstream> listFiles;
     for (const PathSource& source : options.sources) {
         if (source.kind == PathSource::kListFile) listFiles.push_back(OpenListFile(source.text));
+    }
+    const bool fromCache = !options.cacheFile.empty();
+    if (fromCache && options.root.empty()) {
+        throw CommandError("--cache without --root; name the installation that it was made for");
+    }
+    Toolbox toolbox;
+    std::string cacheFile;
+    if (fromCache) {
+        toolbox = ToolboxOf(options.root);
+        cacheFile = FullNameOfCacheFile(options.cacheFile);
     }
     if (!options.currentDirectory.empty() && chdir(options.currentDirectory.c_str()) != 0) {
         throw CommandError(WithReason("--cwd " + options.currentDirectory) +
@@ -98,12 +109,13 @@ LoadedPath LoadPath(const PathOptions& options) {
     const auto start = std::chrono::steady_clock::now();
     const size_t bytesBefore = HeapBytesInUse();
     const vpPath path = vpCreatePathWithPreFrozen(
-        0, "vpath", /*preFrozen=*/nullptr, options.ignoreCase ? vpCaseInsensitive : vpCaseSensitive,
+        0, "vpath", frozen, options.ignoreCase ? vpCaseInsensitive : vpCaseSensitive,
         /*suppressChangeNotify=*/true);
+    if (fromCache) UseCache(path, "--cache " + options.cacheFile, cacheFile, toolbox);
     AddSources(path, options, listFiles);
 
     const size_t bytesAfter = HeapBytesInUse();
     const std::chrono::duration<double> elapsed = std::chrono::steady_clock::now() - start;
     return {path, elapsed.count(), bytesAfter > bytesBefore ? bytesAfter - bytesBefore : 0,
-            HostCalls()};
+            HostCalls(), fromCache};
 }

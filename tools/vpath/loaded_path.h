@@ -13,9 +13,11 @@ struct LoadedPath {
     double loadSeconds;
     size_t loadedBytes;    // of heap memory, more after the load than before
     CallCounts loadCalls;  // the callbacks that the load made
+    bool fromCache;        // the path is in cache mode
 };
 
 // Goes to the path's current directory, then creates the path and adds the sources to it. What the
-// path refuses is said on standard error and left out. Throws CommandError when a directory or
-// file that an option names cannot be used. To be called once in a process.
-LoadedPath LoadPath(const PathOptions& options);
+// path refuses is said on standard error and left out. Directories whose full names begin with
+// `frozen`, which may be null, are frozen. Throws CommandError when a directory or file that an
+// option names cannot be used. To be called once in a process.
+LoadedPath LoadPath(const PathOptions& options, const char* frozen);

@@ -90,8 +90,9 @@ ExitStatus ParseAndRun(int argc, char** argv) {
 }  // namespace
 
 int main(int argc, char** argv) {
-    // A closed pipe shows as a failed write instead.
+    // A closed pipe, or a file at the limit of its size, shows as a failed write instead.
     std::signal(SIGPIPE, SIG_IGN);
+    std::signal(SIGXFSZ, SIG_IGN);
     try {
         return ParseAndRun(argc, argv);
     } catch (const OutputClosed&) {

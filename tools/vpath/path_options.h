@@ -19,6 +19,8 @@ struct PathSource {
 struct PathOptions {
     std::vector<PathSource> sources;  // in the order written; else see UseDefaultPath
     std::string currentDirectory;     // empty: the process's
+    std::string cacheFile;            // to answer from; empty: none
+    std::string root;                 // the installation whose toolbox folder the cache knows
     std::vector<std::string> extensions;
     bool anyExtension = true;
     bool ignoreCase = false;

@@ -10,6 +10,7 @@
 #include <vpath/search.h>
 
 #include "path_names.h"
+#include "toolbox_cache.h"
 
 namespace {
 
@@ -85,6 +86,8 @@ struct Calls {
 Record StatsRecord(const LoadedPath& loaded) {
     const Calls toLoad(loaded.loadCalls, {});
     const Calls toAnswer(HostCalls(), loaded.loadCalls);  // counting the contents may ask more
+    const CacheStatistics cache =
+        loaded.fromCache ? RevertFromCache(loaded.path) : CacheStatistics();
     const Contents contents = ContentsOf(loaded.path);
     const double milliseconds = loaded.loadSeconds * 1000;
     char loadTime[40];
@@ -99,11 +102,21 @@ Record StatsRecord(const LoadedPath& loaded) {
         .field("callbacks_to_answer", toAnswer.fields)
         .field("load_milliseconds", milliseconds)
         .field("bytes_held", loaded.loadedBytes);
+    std::string cacheLine;
+    if (loaded.fromCache) {
+        record.field("cache", Value::Object{{"requests", cache.requests},
+                                            {"hits", cache.hits},
+                                            {"comparisons", cache.comparisons},
+                                            {"callbacks_saved", cache.hits}});
+        cacheLine = "cache: " + std::to_string(cache.requests) + " requests, " +
+                    std::to_string(cache.hits) + " hits, " + std::to_string(cache.comparisons) +
+                    " comparisons; callbacks saved: " + std::to_string(cache.hits) + "\n";
+    }
     return record.text("directories: " + std::to_string(contents.pathDirectories) +
                        " on the path, " + std::to_string(contents.specialDirectories) +
                        " special ones inside them\n" + "files: " + std::to_string(contents.files) +
                        "\n" + "distinct names: " + std::to_string(contents.names) + "\n" +
-                       "callbacks to load: " + toLoad.words + "\n" +
-                       "callbacks to answer: " + toAnswer.words + "\n" + "load time: " + loadTime +
-                       " ms\n" + "bytes held: " + std::to_string(loaded.loadedBytes));
+                       "callbacks to load: " + toLoad.words + "\n" + "callbacks to answer: " +
+                       toAnswer.words + "\n" + cacheLine + "load time: " + loadTime + " ms\n" +
+                       "bytes held: " + std::to_string(loaded.loadedBytes));
 }

@@ -9,19 +9,16 @@
 #include <memory>
 #include <utility>
 
-#include <hostkit/hostkit.h>
 #include <vpath/pathname.h>
-#include <vpath_posix/posix_host.h>
+#include <vpath/search.h>
 
 #include "exit_status.h"
+#include "open_search.h"
+#include "path_names.h"
 
 namespace {
 
 constexpr unsigned int kDirectoryWord = 0x4000;
-
-struct HkFree {
-    void operator()(void* block) const { hkFree(block); }
-};
 
 std::string Join(const std::string& dir, const std::string& name) {
     return dir == "/" ? dir + name : dir + "/" + name;
@@ -71,31 +68,37 @@ void TreeAdder::add(const std::string& root) {
 void TreeAdder::enter(const std::string& name) {
     const auto id = idOf(name);
     if (!id || std::find(above_.begin(), above_.end(), *id) != above_.end()) return;
-    if (!addToPath(name)) return;
-    levels_.push_back({name, listSubdirectories(name), 0});
+    const vpDir dir = addToPath(name);
+    if (vpGetDirType(dir) != vpDirTypePath) return;
+    levels_.push_back({name, listSubdirectories(dir), 0});
     above_.push_back(*id);
 }
 
-bool TreeAdder::addToPath(const std::string& name) {
+vpDir TreeAdder::addToPath(const std::string& name) {
     listed_.reset();
-    if (vpGetDirType(vpFindDirFullName(path_, name.c_str())) == vpDirTypePath) return true;
+    const vpDir known = vpFindDirFullName(path_, name.c_str());
+    if (vpGetDirType(known) == vpDirTypePath) return known;
     adding_ = name;
-    const vpDir dir = vpAddDir(path_, name.c_str(), vpAddAtEnd);
+    const vpDir added = vpAddDir(path_, name.c_str(), vpAddAtEnd);
     adding_.clear();
-    return vpGetDirType(dir) == vpDirTypePath;
+    return added;
 }
 
 void TreeAdder::onListing(const char* dirName, const char* names, const unsigned int* words) {
     if (!adding_.empty() && adding_ == dirName) listed_ = subdirectories(names, words);
 }
 
-std::vector<std::string> TreeAdder::listSubdirectories(const std::string& name) {
+std::vector<std::string> TreeAdder::listSubdirectories(const vpDir& dir) {
     if (listed_) return *std::exchange(listed_, std::nullopt);
-    // It was on the path before.
-    unsigned int* words = nullptr;
-    const std::unique_ptr<char, HkFree> names(vpPosixListDirectory(path_, name.c_str(), &words));
-    const std::unique_ptr<unsigned int, HkFree> ownedWords(words);
-    return subdirectories(names.get(), words);
+    // It was on the path before, or a cache knew it.
+    std::vector<std::string> found;
+    const Search search(vpCreateDirSearch(dir, nullptr, nullptr, vpReadCheckSkip));
+    char name[kNameRoom];
+    while (vpFindNextSubdirectory(search.get(), nullptr, name) != 0) {
+        const char* const last = std::strrchr(name, '/') + 1;
+        if (isOrdinary(last)) found.emplace_back(last);
+    }
+    return found;
 }
 
 std::vector<std::string> TreeAdder::subdirectories(const char* names,

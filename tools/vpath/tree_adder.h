@@ -40,9 +40,9 @@ class TreeAdder {
     };
 
     void enter(const std::string& name);
-    bool addToPath(const std::string& name);
+    vpDir addToPath(const std::string& name);  // of type vpDirTypePath when it is there now
     std::vector<std::string> subdirectories(const char* names, const unsigned int* words) const;
-    std::vector<std::string> listSubdirectories(const std::string& name);
+    std::vector<std::string> listSubdirectories(const vpDir& dir);
     bool isOrdinary(const char* name) const;
     static std::optional<FileId> idOf(const std::string& name);
 
