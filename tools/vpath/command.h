@@ -48,3 +48,4 @@ Command AddClassesCommand(CLI::App& app);
 Command AddMethodsCommand(CLI::App& app);
 Command AddPackagesCommand(CLI::App& app);
 Command AddWatchCommand(CLI::App& app);
+Command AddCacheCommand(CLI::App& app);

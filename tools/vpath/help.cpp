@@ -23,11 +23,25 @@ class HelpFormatter : public CLI::Formatter {
                           CLI::AppFormatMode mode) const override {
         if (app->get_parent() == nullptr) return mainHelp(*app, name);
         std::string help = CLI::Formatter::make_help(app, std::move(name), mode);
+        help = CLI::detail::find_and_replace(help, "[COMMAND ...]", "COMMAND ...");
         return CLI::detail::find_and_replace(help, "\n\n\n", "\n\n");
     }
 
     std::string make_option_usage(const CLI::Option* option) const override {
         return option->get_name(/*positional=*/true) + option->get_option_text();
+    }
+
+    std::string make_option_opts(const CLI::Option* option) const override {
+        const bool named = !option->get_positional() || !option->get_option_text().empty();
+        return named ? CLI::Formatter::make_option_opts(option) : "";
+    }
+
+    // Of a command that has commands.
+    std::string make_subcommands(const CLI::App* app, CLI::AppFormatMode) const override {
+        const std::vector<const CLI::App*> commands = app->get_subcommands({});
+        if (commands.empty()) return "";
+        return "\nCommands ('vpath " + app->get_name() + " COMMAND --help' says more):\n" +
+               lines(commandCells(commands));
     }
 
   private:
@@ -37,11 +51,8 @@ class HelpFormatter : public CLI::Formatter {
         std::string help = make_description(&app) +
                            CLI::detail::find_and_replace(usage, "[COMMAND ...]", "COMMAND ...") +
                            "\nCommands ('vpath COMMAND --help' says more):\n";
+        help += sideBySide(commandCells(app.get_subcommands({})));
         std::vector<std::string> cells;
-        for (const CLI::App* command : app.get_subcommands({})) {
-            cells.push_back(cell(command->get_name(), 10, command->get_description()));
-        }
-        help += sideBySide(cells);
         std::vector<std::string> groups = app.get_groups();
         std::reverse(groups.begin(), groups.end());  // the path before what applies to it
         for (const std::string& group : groups) {
@@ -57,6 +68,14 @@ class HelpFormatter : public CLI::Formatter {
             help += group + ":\n" + (isNarrow ? sideBySide(cells) : lines(cells));
         }
         return help + make_footer(&app);
+    }
+
+    static std::vector<std::string> commandCells(const std::vector<const CLI::App*>& commands) {
+        std::vector<std::string> cells;
+        for (const CLI::App* command : commands) {
+            cells.push_back(cell(command->get_name(), 10, command->get_description()));
+        }
+        return cells;
     }
 
     static std::string cell(std::string title, size_t titleWidth, const std::string& text) {

@@ -71,6 +71,7 @@ ExitStatus ParseAndRun(int argc, char** argv) {
     const std::vector<Command> commands = {
         AddWhichCommand(app),   AddClassCommand(app),    AddClassesCommand(app),
         AddMethodsCommand(app), AddPackagesCommand(app), AddWatchCommand(app),
+        AddCacheCommand(app),
     };
     try {
         app.parse(Arguments(argc, argv));

@@ -38,8 +38,8 @@ void AddPathOptions(CLI::App& app, PathOptions& options) {
         ->type_name("DIR");
 
     app.add_option("--cwd", options.currentDirectory, "its current directory")->type_name("DIR");
-    app.add_option("--cache", options.cacheFile, "ask a cache file")->type_name("FILE");
-    app.add_option("--root", options.root, "what it is the cache of")->type_name("DIR");
+    app.add_option("--cache", options.cacheFile, "answer from a cache")->type_name("FILE");
+    app.add_option("--root", options.root, "where its toolbox is")->type_name("DIR");
     app.add_option_function<std::string>(
            "--ext", [&options](const std::string& list) { AddExtensions(list, options); },
            "extensions, as 'v,p'")
@@ -53,4 +53,5 @@ void UseDefaultPath(PathOptions& options) {
     const char* list = std::getenv("VPATH");
     if (!options.sources.empty() || list == nullptr || *list == '\0') return;
     options.sources.push_back({PathSource::kList, list});
+    options.sourcesAreDefault = true;
 }

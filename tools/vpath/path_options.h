@@ -18,6 +18,7 @@ struct PathSource {
 
 struct PathOptions {
     std::vector<PathSource> sources;  // in the order written; else see UseDefaultPath
+    bool sourcesAreDefault = false;   // from VPATH
     std::string currentDirectory;     // empty: the process's
     std::string cacheFile;            // to answer from; empty: none
     std::string root;                 // the installation whose toolbox folder the cache knows
