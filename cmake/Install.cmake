@@ -9,6 +9,7 @@ if(TARGET vpath)
     install(TARGETS vpath)
     install(FILES docs/man/vpath.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
     install(FILES share/vpath/schema.json DESTINATION ${CMAKE_INSTALL_DATADIR}/vpath)
+    install(FILES docs/man/vpath-cache.5 DESTINATION ${CMAKE_INSTALL_MANDIR}/man5)
 endif()
 
 install(
