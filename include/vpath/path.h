@@ -482,8 +482,9 @@ VP_EXPORT vpRefreshPolicy vpNonNotifiedRemotePathRefreshPolicy(vpPath path, vpRe
 // Writes the frozen directories of the path that lie under its root (`preFrozen`), in path order.
 // Left out are the root itself, a directory whose name is the root's and one character more, and
 // every directory that holds, at any depth, a name with '"', a backslash, a line feed or the byte
-// 0xFF, or of more than 4352 bytes beneath the root: those are asked of the file system. False when the file could not be written whole (a part of it may then
-// be there), on a dead handle, and for a null name or root. Cost: what the directories hold.
+// 0xFF, or of more than 4352 bytes beneath the root: those are asked of the file system. False when
+// the file could not be written whole (a part of it may then be there), on a dead handle, and for a
+// null name or root. Cost: what the directories hold.
 VP_EXPORT bool vpWritePathToCacheFile(vpPath path, const char* fileName);
 
 // Loads a cache file and puts the path into cache mode: its callbacks become those that answer from

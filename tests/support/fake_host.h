@@ -47,8 +47,8 @@ class FakeHost {
 
     // What happened since the last take, joined by '|': callbacks as "access /w", "list", "isdir",
     // "read", "time", "chdir"; messages as "error: ..."; events as "5 /w", those of the second
-    // listener as "B5 /w"; what hkPrintf printed, as it is. `onCall` runs inside each callback, event
-    // and print that is recorded.
+    // listener as "B5 /w"; what hkPrintf printed, as it is. `onCall` runs inside each callback,
+    // event and print that is recorded.
     std::string takeCalls() { return take(&calls_, "|"); }
     std::string takeCalls(const std::string& kind);  // the names alone, joined by blanks
     std::string takeMessages() { return take(&messages_, "|"); }
