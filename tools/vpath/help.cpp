@@ -72,6 +72,7 @@ class HelpFormatter : public CLI::Formatter {
 
     static std::vector<std::string> commandCells(const std::vector<const CLI::App*>& commands) {
         std::vector<std::string> cells;
+        cells.reserve(commands.size());
         for (const CLI::App* command : commands) {
             cells.push_back(cell(command->get_name(), 10, command->get_description()));
         }
