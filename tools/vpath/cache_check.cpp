@@ -126,7 +126,7 @@ void CacheChecker::tell(const std::string& name, std::optional<std::string> inCa
     status_ = std::max(status_, kExitNotFound);
     if (!told_.insert(name).second) return;
     const char* const what = !inCache ? "new" : !onDisk ? "missing" : "changed";
-    output_.print(Record("difference")
+    output_.print(Record("discrepancy")
                       .column("difference", what, Style::kNote)
                       .column("name", name, Style::kFile)
                       .column("in_cache", std::move(inCache))

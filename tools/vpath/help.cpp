@@ -28,7 +28,9 @@ class HelpFormatter : public CLI::Formatter {
     }
 
     std::string make_option_usage(const CLI::Option* option) const override {
-        return option->get_name(/*positional=*/true) + option->get_option_text();
+        const bool isMany = option->get_option_text() == "...";
+        const std::string name = option->get_name(/*positional=*/true) + (isMany ? "..." : "");
+        return option->get_required() ? name : "[" + name + "]";
     }
 
     std::string make_option_opts(const CLI::Option* option) const override {

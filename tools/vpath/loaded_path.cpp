@@ -82,6 +82,12 @@ void AddSources(const vpPath& path, const PathOptions& options,
     }
 }
 
+vpPath CreatePath(const char* name, const char* frozen, const PathOptions& options) {
+    return vpCreatePathWithPreFrozen(0, name, frozen,
+                                     options.ignoreCase ? vpCaseInsensitive : vpCaseSensitive,
+                                     /*suppressChangeNotify=*/true);
+}
+
 }  // namespace
 
 LoadedPath LoadPath(const PathOptions& options, const char* frozen) {
@@ -108,9 +114,7 @@ LoadedPath LoadPath(const PathOptions& options, const char* frozen) {
     InstallHost();
     const auto start = std::chrono::steady_clock::now();
     const size_t bytesBefore = HeapBytesInUse();
-    const vpPath path = vpCreatePathWithPreFrozen(
-        0, "vpath", frozen, options.ignoreCase ? vpCaseInsensitive : vpCaseSensitive,
-        /*suppressChangeNotify=*/true);
+    const vpPath path = CreatePath("vpath", frozen, options);
     if (fromCache) UseCache(path, "--cache " + options.cacheFile, cacheFile, toolbox);
     AddSources(path, options, listFiles);
 
@@ -118,4 +122,13 @@ LoadedPath LoadPath(const PathOptions& options, const char* frozen) {
     const std::chrono::duration<double> elapsed = std::chrono::steady_clock::now() - start;
     return {path, elapsed.count(), bytesAfter > bytesBefore ? bytesAfter - bytesBefore : 0,
             HostCalls(), fromCache};
+}
+
+vpPath LoadOtherPath(const std::string& list, const PathOptions& options) {
+    const vpPath path = CreatePath("other", /*frozen=*/nullptr, options);
+    Progress progress;
+    const ListingObservation observation(
+        [&](const char*, const char*, const unsigned int*) { progress.countDirectory(); });
+    vpAddDirsString(path, list.c_str(), vpAddAtEnd);
+    return path;
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <string>
 
 #include <vpath/path.h>
 
@@ -21,3 +22,7 @@ struct LoadedPath {
 // `frozen`, which may be null, are frozen. Throws CommandError when a directory or file that an
 // option names cannot be used. To be called once in a process.
 LoadedPath LoadPath(const PathOptions& options, const char* frozen);
+
+// One more path, of the directories of a list, in the same current directory; after LoadPath. For
+// the rest the options apply.
+vpPath LoadOtherPath(const std::string& list, const PathOptions& options);

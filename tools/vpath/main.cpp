@@ -60,7 +60,7 @@ ExitStatus ParseAndRun(int argc, char** argv) {
     CLI::App app("Finds names on a search path of directories.", "vpath");
     app.formatter(MakeHelpFormatter());
     app.footer(
-        "Exit status: 0 all found, 1 some not found, 2 wrong usage or failed I/O.\n"
+        "Exit status: 0 found or clean, 1 not found or shadowed, 2 wrong usage or I/O.\n"
         "Example: vpath --path /w/lib:/w/tools --ext v,p which foo");
     app.set_help_flag("-h,--help", "print this help");
     app.set_version_flag("--version", std::string("vpath ") + libvpath_version,
@@ -71,7 +71,9 @@ ExitStatus ParseAndRun(int argc, char** argv) {
     const std::vector<Command> commands = {
         AddWhichCommand(app),   AddClassCommand(app),    AddClassesCommand(app),
         AddMethodsCommand(app), AddPackagesCommand(app), AddWatchCommand(app),
-        AddCacheCommand(app),
+        AddCacheCommand(app),   AddDirsCommand(app),     AddLsCommand(app),
+        AddStatsCommand(app),   AddShadowsCommand(app),  AddDiffCommand(app),
+        AddWhyNotCommand(app),
     };
     try {
         app.parse(Arguments(argc, argv));

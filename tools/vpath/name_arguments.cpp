@@ -6,11 +6,11 @@
 
 #include "exit_status.h"
 
-void AddNameArguments(CLI::App& command, const char* what, std::vector<std::string>& names,
-                      const char* help) {
+CLI::Option* AddNameArguments(CLI::App& command, const char* what, std::vector<std::string>& names,
+                              const char* help) {
     // Any number, but not CLI11's "unlimited": that would take '[a,b]' for two names.
     constexpr int kManyNames = 1 << 28;
-    command.add_option(what, names, help)
+    return command.add_option(what, names, help)
         ->required()
         ->expected(kManyNames, kManyNames)
         ->allow_extra_args(false)

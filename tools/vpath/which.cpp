@@ -1,5 +1,6 @@
 // vpath which: the files that a name stands for, in order of precedence.
 #include <climits>
+#include <functional>
 #include <memory>
 #include <string>
 #include <unordered_set>
@@ -9,10 +10,13 @@
 #include <CLI/CLI.hpp>
 
 #include "command.h"
+#include "console.h"
 #include "extension_array.h"
 #include "name_arguments.h"
-#include "open_search.h"
 #include "path_names.h"
+#include "query.h"
+#include "stdin_names.h"
+#include "verdicts.h"
 
 namespace {
 
@@ -20,75 +24,11 @@ struct WhichOptions {
     std::vector<std::string> names;
     bool all = false;
     bool verify = false;
-    std::string fromDir;
-    std::string fromFile;
+    bool explain = false;
+    bool fromStdin = false;
+    bool nulSeparated = false;
+    FromOptions from;
 };
-
-// How every name is asked for.
-class Query {
-  public:
-    Query(const vpPath& path, const vpDir& from, vpReadCheck readCheck,
-          const ExtensionArray& extensions)
-        : path_(path), from_(from), readCheck_(readCheck), extensions_(extensions) {}
-
-    bool filtersExtensions() const { return !extensions_.isAny(); }
-
-    Search search(const std::string& name) { return open(name, extensions_.data(), vpCaseOfPath); }
-
-    // First matches under looser rules, "" for none.
-    std::string firstOfAnyExtension(const std::string& name) {
-        return first(open(name, nullptr, vpCaseOfPath));
-    }
-    std::string firstOfAnyCase(const std::string& name) {
-        return first(open(name, extensions_.data(), vpCaseInsensitive));
-    }
-    std::string firstPrivate(const std::string& name) {
-        const std::string inside = "private/" + name;
-        if (inside.size() > PATH_MAX) return "";
-        return first(
-            Search(vpCreateAllSearch(path_, inside.c_str(), extensions_.data(), readCheck_)));
-    }
-
-  private:
-    Search open(const std::string& name, const char** extensions, vpCaseSensitivity caseRule) {
-        if (vpGetDirType(from_) == vpDirTypeNone) {
-            return Search(vpCreateDirnameVisibleSearchIterator(
-                path_, /*dirName=*/nullptr, name.c_str(), extensions, readCheck_, caseRule));
-        }
-        return Search(
-            vpCreateVisibleSearchIterator(from_, name.c_str(), extensions, readCheck_, caseRule));
-    }
-
-    static std::string first(const Search& search) {
-        char file[kNameRoom];
-        return vpFindNextFile(search.get(), nullptr, file) == 0 ? "" : FullFileName(file);
-    }
-
-    const vpPath path_;
-    const vpDir from_;  // null: nowhere in particular
-    const vpReadCheck readCheck_;
-    ExtensionArray extensions_;
-};
-
-std::string DirectoryOfFile(const std::string& fileName) {
-    const size_t slash = fileName.rfind('/');
-    if (slash == std::string::npos) return ".";
-    return fileName.substr(0, slash == 0 ? 1 : slash);
-}
-
-// The directory from which to look; the null directory when none is given.
-vpDir StartDirectory(const vpPath& path, const WhichOptions& options) {
-    const bool fromFile = options.fromDir.empty();
-    if (fromFile && options.fromFile.empty()) return vpGetNullDir(path);
-
-    const std::string dirName = fromFile ? DirectoryOfFile(options.fromFile) : options.fromDir;
-    const vpDir dir = FindDir(path, dirName);
-    if (vpGetDirType(dir) == vpDirTypeNone) {
-        throw CommandError((fromFile ? "--from-file " + options.fromFile : "--from " + dirName) +
-                           ": not a directory of the path; add it with --path");
-    }
-    return dir;
-}
 
 // Why a name was not found, as far as a looser question tells, and what would find it.
 std::string Explain(const std::string& name, Query& query, const Context& context) {
@@ -125,19 +65,60 @@ bool Answer(const std::string& name, bool all, Query& query, Output& output) {
     return !printed.empty();
 }
 
-ExitStatus RunWhich(const WhichOptions& options, Context& context) {
+// Prints every candidate with the verdict on it; whether one wins.
+bool AnswerInFull(const std::string& name, Judge& judge, Output& output) {
+    bool wins = false;
+    for (const Candidate& candidate : judge.candidates(name)) {
+        const Verdict verdict = judge.verdict(name, candidate);
+        wins = wins || verdict.wins();
+        output.print(CandidateRecord(name, candidate.file, verdict));
+    }
+    return wins;
+}
+
+// Calls back with each name as it comes.
+void ForEachName(const WhichOptions& options, Output& output,
+                 const std::function<void(const std::string&)>& call) {
+    if (!options.fromStdin) {
+        for (const std::string& name : options.names) call(name);
+        return;
+    }
+    output.stream();
+    StdinNames names(options.nulSeparated);
+    while (const auto name = names.next()) {
+        call(*name);
+        FlushOutput();
+    }
+}
+
+void CheckNames(const WhichOptions& options) {
+    if (options.names.empty() != options.fromStdin) {
+        throw CommandError(options.fromStdin ? "NAME beside --stdin; leave one of them out"
+                                             : "NAME is required; run 'vpath --help'");
+    }
     CheckNameArguments(options.names, "NAME", "a file");
+}
+
+ExitStatus RunWhich(const WhichOptions& options, Context& context) {
+    CheckNames(options);
     const vpPath path = context.loaded().path;
-    Query query(path, StartDirectory(path, options),
-                options.verify ? vpReadCheckVerify : vpReadCheckSkip,
-                context.options.extensionArray());
+    const vpDir from = StartDirectory(path, options.from);
+    const vpReadCheck readCheck = options.verify ? vpReadCheckVerify : vpReadCheckSkip;
+    Query query(path, from, readCheck, context.options.extensionArray());
+    Judge judge(path, from, readCheck, context.options.extensionArray());
     Output& output = context.output();
     ExitStatus status = kExitFound;
-    for (const std::string& name : options.names) {
-        if (Answer(name, options.all, query, output)) continue;
-        output.miss(name, "not found on the path", Explain(name, query, context));
+    ForEachName(options, output, [&](const std::string& name) {
+        if (name.size() > PATH_MAX) {
+            output.miss(name, "too long", "no file can have that name");
+        } else if (options.explain ? AnswerInFull(name, judge, output)
+                                   : Answer(name, options.all, query, output)) {
+            return;
+        } else {
+            output.miss(name, "not found on the path", Explain(name, query, context));
+        }
         status = kExitNotFound;
-    }
+    });
     return status;
 }
 
@@ -151,14 +132,16 @@ Command AddWhichCommand(CLI::App& app) {
         "Example: where foo comes from for code in /w/lib, and what it hides\n"
         "  vpath --path /w/lib:/w/tools which -a --from /w/lib foo");
     AddNameArguments(*which, "NAME", options->names,
-                     "file names; '+pkg/name', '@cls/name', 'private/name' too");
+                     "file names; '+pkg/name', '@cls/name', 'private/name' too")
+        ->required(false);  // RunWhich tells of missing ones
     which->add_flag("-a,--all", options->all, "print all matches, in order of precedence");
     which->add_flag("--verify", options->verify, "pass over files that cannot be read");
-    CLI::Option* fromDir = which->add_option("--from", options->fromDir,
-                                             "look from DIR: its private files come first");
-    CLI::Option* fromFile =
-        which->add_option("--from-file", options->fromFile, "look from the directory of FILE");
-    fromDir->option_text("DIR")->excludes(fromFile);
-    fromFile->option_text("FILE");
+    which->add_flag("--explain", options->explain,
+                    "print all candidates and what would make each win");
+    CLI::Option* fromStdin = which->add_flag("--stdin", options->fromStdin,
+                                             "read the names, one a line, and answer each at once");
+    which->add_flag("-0,--null", options->nulSeparated, "a NUL ends each of them instead")
+        ->needs(fromStdin);
+    AddFromOptions(*which, options->from);
     return {which, [options](Context& context) { return RunWhich(*options, context); }};
 }
