@@ -4,12 +4,18 @@
 // Bucket counts are quasi-primes given by the host utility library; an insertion that takes the
 // load above 95 % grows the table to a load midway, geometrically, between 20 % and 95 %. Removal
 // never resizes.
+//
+// Beside the buckets stands one byte for each, a bit for each eighth of the hashes in its chain: of
+// the names that are not in the table seven in eight are told from that, which fits in the caches
+// where the records do not.
 #pragma once
 
 #include <cstdint>
 #include <string_view>
 
 #include <hostkit/hostkit.h>
+
+#include "base/memory.h"
 
 class FoldedName;
 class PathNameInfo;
@@ -36,7 +42,11 @@ class NameTable {
     void remove(PathNameInfo& record);
 
     // Ask the processor for a bucket, and for the first record of a bucket that is there.
-    void prefetchBucket(uint32_t hash) const { __builtin_prefetch(&buckets_[hash % bucketCount_]); }
+    void prefetchBucket(uint32_t hash) const {
+        const uint32_t index = hash % bucketCount_;
+        __builtin_prefetch(&buckets_[index]);
+        __builtin_prefetch(&eighths_.get()[index]);
+    }
     void prefetchRecord(uint32_t hash) const { __builtin_prefetch(buckets_[hash % bucketCount_]); }
 
     uint32_t size() const { return entryCount_; }
@@ -49,11 +59,16 @@ class NameTable {
     static constexpr float kLeastLoad = 0.2F;
     static constexpr float kGreatestLoad = 0.95F;
 
+    // The bit of a hash in its bucket's byte, from the end of the hash that least decides the bucket.
+    static uint8_t eighth(uint32_t hash) { return static_cast<uint8_t>(1U << (hash >> 29)); }
+
     PathNameInfo** allocateBuckets(uint32_t count);
+    static HkBlock<uint8_t> allocateEighths(uint32_t count);
     void insert(PathNameInfo& record);
     void resize();
 
     hkMemoryContext* context_;
+    HkBlock<uint8_t> eighths_;  // of each bucket
     PathNameInfo** buckets_;
     uint32_t bucketCount_ = kMinimumBuckets;
     uint32_t entryCount_ = 0;
