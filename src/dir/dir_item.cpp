@@ -13,8 +13,8 @@
 PathAllDirItemInfo::PathAllDirItemInfo(PathAllDirItemInfo* container, bool kindConfirmed,
                                        int kindOfDir)
     : PathItemInfo(container, kindConfirmed),
-      dirKind(static_cast<uint8_t>(kindOfDir)),
-      top(container != nullptr ? container->top : nullptr) {}
+      top(container != nullptr ? container->top : nullptr),
+      dirKind(static_cast<uint8_t>(kindOfDir)) {}
 
 PathAllDirItemInfo::~PathAllDirItemInfo() = default;
 

@@ -62,14 +62,6 @@ class PathAllDirItemInfo : public PathItemInfo {
     // have been cleared.
     void detach();
 
-    // What look-ups and refreshes read comes first: they miss the caches here.
-    uint8_t dirKind;  // a vpDirType; 1 is told from 2 by kind()
-    uint8_t loadState = kNeverRead;
-    uint8_t stampMode = 0;  // 1 after a stamp was read at load, 5 while it is being read
-    uint8_t dirFlags = 0;
-    uint32_t changeCount = 0;                       // detected changes
-    int64_t timeStamp = 0;                          // the recorded modification time, whole seconds
-    PathDirItemInfo* top = nullptr;                 // null once detached
     HkVector<PathPackageDirItemInfo*> packageDirs;  // all lists in listing order
     HkVector<PathClassDirItemInfo*> classDirs;
     PathPrivateDirItemInfo* privateDir = nullptr;
@@ -80,6 +72,16 @@ class PathAllDirItemInfo : public PathItemInfo {
     NameRecordRef detachedRecord;  // then keeps the text of the name
     uint32_t life = 0;             // counts how often the contents were cleared
     uint32_t siblingIndex = 0;     // place in the parent's list of package or class directories
+
+    // What look-ups and refreshes read comes last, next to what they read of a PathDirItemInfo and
+    // to its name: they miss the caches here.
+    int64_t timeStamp = 0;           // the recorded modification time, whole seconds
+    PathDirItemInfo* top = nullptr;  // null once detached
+    uint32_t changeCount = 0;        // detected changes
+    uint8_t dirKind;                 // a vpDirType; 1 is told from 2 by kind()
+    uint8_t loadState = kNeverRead;
+    uint8_t stampMode = 0;  // 1 after a stamp was read at load, 5 while it is being read
+    uint8_t dirFlags = 0;
 
   protected:
     PathAllDirItemInfo(PathAllDirItemInfo* container, bool kindConfirmed, int kindOfDir);

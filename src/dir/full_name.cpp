@@ -33,14 +33,7 @@ struct Component {
 
 Component WholeName(std::string_view name) { return {{}, name, {}, {}, true}; }
 
-Component ComponentOf(const PathItemInfo& item) {
-    auto* const directory = const_cast<PathItemInfo&>(item).asDirectory();
-    if (directory != nullptr) {
-        if (directory->dirKind == vpDirTypePath || directory->dirKind == vpDirTypeNone) {
-            return WholeName(static_cast<const PathDirItemInfo*>(directory)->fullNameView());
-        }
-        if (directory->detachedName != nullptr) return WholeName(directory->detachedName.get());
-    }
+Component ComponentInside(const PathItemInfo& item) {
     Component component;
     switch (item.mark()) {
         case '@':
@@ -60,6 +53,20 @@ Component ComponentOf(const PathItemInfo& item) {
         }
     }
     return component;
+}
+
+// Of a directory of the path only what stands near its name is read: it may be far from the caches.
+Component ComponentOf(const PathAllDirItemInfo& directory) {
+    if (directory.dirKind == vpDirTypePath || directory.dirKind == vpDirTypeNone) {
+        return WholeName(static_cast<const PathDirItemInfo&>(directory).fullNameView());
+    }
+    if (directory.detachedName != nullptr) return WholeName(directory.detachedName.get());
+    return ComponentInside(directory);
+}
+
+Component ComponentOf(const PathItemInfo& item) {
+    const auto* const directory = const_cast<PathItemInfo&>(item).asDirectory();
+    return directory != nullptr ? ComponentOf(*directory) : ComponentInside(item);
 }
 
 // Walks from the item up to the directory whose name is whole, handing over each piece of the full

@@ -36,12 +36,12 @@ class PathDirItemInfo : public PathAllDirItemInfo {
     // item can enter again.
     void leavePath();
 
-    PathMgr* owner;                         // null once the path was removed
     PathDirItemInfo* nextOnPath = nullptr;  // see path/path_order.h
-    PathDirItemInfo* prevOnPath = nullptr;
-    int64_t order = 0;            // path order: ascending
-    uint32_t foldedNameHash = 0;  // of the lower-cased full name
+    PathMgr* owner;                         // null once the path was removed
     const uint32_t fullNameLength;
+    uint32_t foldedNameHash = 0;  // of the lower-cased full name
+    int64_t order = 0;            // path order: ascending
+    PathDirItemInfo* prevOnPath = nullptr;
     Slot slot = Slot::kOffPath;
     bool underToolboxRoot = false;
 
