@@ -1,5 +1,7 @@
 #include "dir/refresh.h"
 
+#include <utility>
+
 #include <vpath/path.h>
 
 #include "base/reporting.h"
@@ -70,13 +72,14 @@ void PushChildren(const PathAllDirItemInfo& directory, HkVector<DirRef>& stack) 
     }
 }
 
-// Refreshes one directory; false when what lies beneath it is to be left alone too.
-bool RefreshOne(PathAllDirItemInfo& directory, int type, bool& anyReread) {
+// Refreshes one directory; false when what lies beneath it is to be left alone too. `isChanged`
+// when the host was asked already, and that was its answer.
+bool RefreshOne(PathAllDirItemInfo& directory, int type, bool isChanged, bool& anyReread) {
     if (directory.hasDirFlag(PathAllDirItemInfo::kReading)) {
         directory.markChanged();
         return false;
     }
-    switch (Decide(directory, type)) {
+    switch (isChanged ? Verdict::kReread : Decide(directory, type)) {
         case Verdict::kSkipWithAllBeneath:
             return false;
         case Verdict::kLeave:
@@ -99,6 +102,15 @@ PathDirItemInfo* SkipFrozen(const PathOrder& directories, PathDirItemInfo* at, i
         at = directories.nextAfter(*at);
     }
     return at;
+}
+
+// A directory that a refresh has to ask the host about, and that holds none to go on with.
+bool IsLeafToTest(const PathDirItemInfo& directory, int type) {
+    return SkipsFrozen(type) && directory.dirFlags == 0 &&
+           (directory.loadState == PathAllDirItemInfo::kRead ||
+            directory.loadState == PathAllDirItemInfo::kToBeTested) &&
+           directory.packageDirs.empty() && directory.classDirs.empty() &&
+           directory.privateDir == nullptr;
 }
 
 // Brings a directory into the caches while the host is asked about the one before it.
@@ -124,12 +136,19 @@ void VisitTree(PathAllDirItemInfo& directory, Visit visit) {
     }
 }
 
+// `isChanged` as RefreshOne takes it, of the directory itself.
+bool RefreshTree(PathAllDirItemInfo& directory, int type, bool isChanged) {
+    bool anyReread = false;
+    VisitTree(directory, [&](PathAllDirItemInfo& at) {
+        return RefreshOne(at, type, std::exchange(isChanged, false), anyReread);
+    });
+    return anyReread;
+}
+
 }  // namespace
 
 bool RefreshDirectory(PathAllDirItemInfo& directory, int type) {
-    bool anyReread = false;
-    VisitTree(directory, [&](PathAllDirItemInfo& at) { return RefreshOne(at, type, anyReread); });
-    return anyReread;
+    return RefreshTree(directory, type, /*isChanged=*/false);
 }
 
 void RefreshAllDirectories(PathMgr& path, int type) {
@@ -137,7 +156,10 @@ void RefreshAllDirectories(PathMgr& path, int type) {
     ItemRef<PathDirItemInfo> at(SkipFrozen(directories, directories.first(), type));
     while (at && path.valid) {
         if (at->nextOnPath != nullptr) Prefetch(*at->nextOnPath);
-        RefreshDirectory(*at, type);
+        // Most directories of most paths are leaves that have not changed: no walk for those.
+        const bool isLeaf = IsLeafToTest(*at, type);
+        const bool isChanged = isLeaf && HasChanged(*at);
+        if (isChanged || !isLeaf) RefreshTree(*at, type, isChanged);
         at.reset(SkipFrozen(directories, directories.nextAfter(*at), type));
     }
 }
@@ -147,7 +169,7 @@ void FreezeDirectory(PathAllDirItemInfo& directory) {
         if (at.isFrozen()) return true;
         bool anyReread = false;
         if (at.loadState != PathAllDirItemInfo::kRead)
-            RefreshOne(at, vpRefreshIfChanged, anyReread);
+            RefreshOne(at, vpRefreshIfChanged, /*isChanged=*/false, anyReread);
         at.changeCount = 1;
         at.stampMode = kStampModeHeld;
         at.loadState = PathAllDirItemInfo::kFrozen;
