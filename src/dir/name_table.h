@@ -59,7 +59,7 @@ class NameTable {
     static constexpr float kLeastLoad = 0.2F;
     static constexpr float kGreatestLoad = 0.95F;
 
-    // The bit of a hash in its bucket's byte, from the end of the hash that least decides the bucket.
+    // The bit of a hash in its bucket's byte.
     static uint8_t eighth(uint32_t hash) { return static_cast<uint8_t>(1U << (hash >> 29)); }
 
     PathNameInfo** allocateBuckets(uint32_t count);
