@@ -99,7 +99,7 @@ class Pieces {
         TakeFromEnd(item, [this](std::string_view piece) {
             if (piece.empty()) return;
             length_ += piece.size();
-            if (count_ < std::size(pieces_)) pieces_[count_] = piece;
+            if (count_ < std::size(pieces_)) pieces_[count_] = {piece.data(), piece.size()};
             ++count_;
         });
     }
@@ -118,14 +118,19 @@ class Pieces {
             TakeFromEnd(item_, put);
             return;
         }
-        for (size_t i = 0; i < count_; ++i) put(pieces_[i]);
+        for (size_t i = 0; i < count_; ++i) put({pieces_[i].text, pieces_[i].size});
     }
 
   private:
+    struct Piece {  // has no value until it is given one: most names need four
+        const char* text;
+        size_t size;
+    };
+
     const PathItemInfo& item_;
     size_t length_ = 0;
     size_t count_ = 0;
-    std::string_view pieces_[16];
+    Piece pieces_[16];  // the first count_
 };
 
 }  // namespace

@@ -13,7 +13,7 @@ struct PlainName {
     const char* extension = nullptr;  // null without one; never empty
 
     bool take(const char* name) {
-        if (name == nullptr || *name == '\0' || std::strchr("~@+/", *name) != nullptr) return false;
+        if (name == nullptr || SaysMore(*name)) return false;
         const char* dot = nullptr;
         const char* end = name + 1;
         for (; *end != '\0'; ++end) {
@@ -24,6 +24,11 @@ struct PlainName {
         base = {name, dot != nullptr ? dot : end};
         if (dot != nullptr && dot[1] != '\0') extension = dot + 1;
         return true;
+    }
+
+  private:
+    static bool SaysMore(char first) {
+        return first == '\0' || first == '~' || first == '@' || first == '+' || first == '/';
     }
 
     static constexpr std::ptrdiff_t kLongest = 128;
