@@ -1,0 +1,57 @@
+// Cache files: any bytes are refused or answered from; what is then written reads back.
+#include <sys/mman.h>
+#include <unistd.h>
+
+#include "fuzzed_path.h"
+
+namespace {
+
+// A file in memory, by name.
+class MemoryFile {
+  public:
+    explicit MemoryFile(const std::string& text) : file_(memfd_create("cache", 0)) {
+        CHECK(write(file_, text.data(), text.size()) == static_cast<ssize_t>(text.size()));
+    }
+    ~MemoryFile() { close(file_); }
+    MemoryFile(const MemoryFile&) = delete;
+    MemoryFile& operator=(const MemoryFile&) = delete;
+    std::string text() const {
+        std::string text(static_cast<size_t>(lseek(file_, 0, SEEK_END)), '\0');
+        CHECK(pread(file_, text.data(), text.size(), 0) == static_cast<ssize_t>(text.size()));
+        return text;
+    }
+    std::string name() const { return "/proc/self/fd/" + std::to_string(file_); }
+
+  private:
+    int file_;
+};
+
+void Fill(const vpPath& path) {
+    vpReplacePath(path, "");
+    vpReplacePath(path, "/i/toolbox/a:/i/toolbox/b:/i/toolbox/a/c:/i/b");
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+    FuzzedPath on("/i/toolbox");
+    const MemoryFile given({data, data + size});
+    vpUseToolboxCache(on.path, given.name().c_str(), "/i", false);
+    if (!vpInToolboxCacheMode()) return 0;
+    Fill(on.path);
+    on.check();
+    FuzzedPath::Drain(vpCreateAllSearch(on.path, nullptr, nullptr, vpReadCheckSkip), size + 1);
+
+    const MemoryFile written("");
+    const MemoryFile writtenAgain("");
+    CHECK(vpWritePathToCacheFile(on.path, written.name().c_str()));
+    vpUseToolboxCache(on.path, written.name().c_str(), "/i", false);
+    CHECK(vpInToolboxCacheMode());
+    Fill(on.path);
+    on.check();
+    CHECK(vpWritePathToCacheFile(on.path, writtenAgain.name().c_str()));
+    CHECK(written.text() == writtenAgain.text());
+    vpRevertFromToolboxCache(on.path);
+    on.check();
+    return 0;
+}
