@@ -1,20 +1,15 @@
 // vpath shadows: names found in more than one place.
-#include <algorithm>
-#include <fstream>
 #include <memory>
 #include <string>
-#include <unordered_map>
-#include <unordered_set>
 #include <vector>
 
 #include <vpath/path.h>
 #include <CLI/CLI.hpp>
 
 #include "command.h"
-#include "inner_dirs.h"
 #include "name_arguments.h"
 #include "names_on_path.h"
-#include "path_names.h"
+#include "shadow_finder.h"
 
 namespace {
 
@@ -23,127 +18,37 @@ struct ShadowsOptions {
     bool compare = false;
 };
 
-const char* Compared(const std::string& a, const std::string& b) {
-    std::ifstream first(a, std::ios::binary);
-    std::ifstream second(b, std::ios::binary);
-    std::vector<char> firstBytes(1 << 16);
-    std::vector<char> secondBytes(1 << 16);
-    while (first && second) {
-        first.read(firstBytes.data(), static_cast<std::streamsize>(firstBytes.size()));
-        second.read(secondBytes.data(), static_cast<std::streamsize>(secondBytes.size()));
-        if (first.bad() || second.bad()) return "unreadable";
-        const auto end = firstBytes.begin() + first.gcount();
-        if (first.gcount() != second.gcount() ||
-            !std::equal(firstBytes.begin(), end, secondBytes.begin())) {
-            return "different content";
-        }
-        if (first.eof() && second.eof()) return "same content";
+// The number of places; they are printed when there are more than one.
+size_t Answer(const std::vector<ShadowPlace>& places, Output& output) {
+    if (places.size() < 2) return places.size();
+    for (const ShadowPlace& place : places) {
+        output.print(Record("shadow")
+                         .column("name", place.name, Style::kName)
+                         .column("file", place.file, Style::kFile)
+                         .column("grade", place.grade, Style::kNote)
+                         .faint(&place != &places[0]));
     }
-    return "unreadable";
+    return places.size();
 }
-
-// A file, or a class directory that has no file of its own name.
-struct Place {
-    std::string name;  // spelled as here
-    std::string file;
-    bool isClass;  // the directory, or the constructor in it
-};
-
-// Answers about names one by one.
-class ShadowFinder {
-  public:
-    ShadowFinder(const vpPath& path, const ShadowsOptions& options, Context& context)
-        : path_(path),
-          compare_(options.compare),
-          ignoreCase_(context.options.ignoreCase),
-          extensions_(context.options.extensionArray()),
-          output_(context.output()) {}
-
-    // The number of places; they are printed when there are more than one.
-    size_t answer(const std::string& name) {
-        const std::vector<Place> places = placesOf(name);
-        std::unordered_map<std::string, const Place*> winners;  // by spelling
-        for (const Place& place : places) {
-            if (places.size() < 2) break;
-            const Place* winner =
-                winners.try_emplace(ignoreCase_ ? "" : place.name, &place).first->second;
-            const char* grade = &place == &places[0] ? "wins"
-                                : winner == &place   ? "differs in case"
-                                                     : Grade(*winner, place);
-            output_.print(Record("shadow")
-                              .column("name", place.name, Style::kName)
-                              .column("file", place.file, Style::kFile)
-                              .column("grade", grade, Style::kNote)
-                              .faint(&place != &places[0]));
-        }
-        return places.size();
-    }
-
-  private:
-    std::vector<Place> placesOf(const std::string& name) const {
-        const size_t slash = name.rfind('/') + 1;  // 0 when there is none
-        const std::string prefix = name.substr(0, slash);
-        const bool isMethod = prefix.starts_with('@') || prefix.find("/@") != std::string::npos;
-        std::vector<Place> places;
-        std::unordered_set<std::string> classDirs;
-        for (std::string& file : FilesOf(path_, name, extensions_, vpCaseInsensitive)) {
-            std::string stem = StemOf(file);
-            const size_t end = file.rfind('/');
-            const std::string dir = file.substr(0, end);
-            const bool isClass = !isMethod && dir[dir.rfind('/') + 1] == '@';
-            if (isClass) classDirs.insert(dir);
-            places.push_back({prefix + stem, std::move(file), isClass});
-        }
-        // The directories of a class complete each other: alone they compete with nothing.
-        if (std::all_of(places.begin(), places.end(),
-                        [&](const Place& place) { return isMethod || place.isClass; })) {
-            return places;
-        }
-        for (const vpDir& dir : ClassDirs(path_, dotted(name), vpCaseInsensitive)) {
-            const std::string dirName = FullNameOf(dir);
-            if (!classDirs.insert(dirName).second) continue;
-            places.push_back({prefix + vpGetBaseDirName(dir), dirName, true});
-        }
-        return places;
-    }
-
-    // "geo.area" for "+geo/area", "" for a name that no class can have.
-    static std::string dotted(std::string name) {
-        if (name.find('.') != std::string::npos) return "";
-        std::erase(name, '+');
-        std::replace(name.begin(), name.end(), '/', '.');
-        return name;
-    }
-
-    const char* Grade(const Place& winner, const Place& hidden) const {
-        if (winner.isClass != hidden.isClass) return "file against class";
-        if (!compare_ || winner.isClass) return "hidden";
-        return Compared(winner.file, hidden.file);
-    }
-
-    const vpPath path_;
-    const bool compare_;
-    const bool ignoreCase_;
-    const ExtensionArray extensions_;
-    Output& output_;
-};
 
 ExitStatus RunShadows(const ShadowsOptions& options, Context& context) {
     CheckNameArguments(options.names, "NAME", "a file");
     const vpPath path = context.loaded().path;
-    ShadowFinder finder(path, options, context);
+    const ShadowFinder finder(path, context.options, options.compare);
+    Output& output = context.output();
     ExitStatus status = kExitFound;
     for (const std::string& name : options.names) {
-        const size_t places = finder.answer(name);
+        const size_t places = Answer(finder.placesOf(name), output);
         if (places == 0) {
-            context.output().miss(name, "not found on the path", "'vpath which' says more");
+            output.miss(name, "not found on the path", "'vpath which' says more");
         }
         if (places != 1) status = kExitNotFound;
     }
     if (!options.names.empty()) return status;
     for (const NameOnPath& name :
          NamesOnPath(path, context.options.extensionArray(), /*ignoreCase=*/true)) {
-        if (name.places > 1 && finder.answer(name.name) > 1) status = kExitNotFound;
+        if (name.places > 1 && Answer(finder.placesOf(name.name), output) > 1)
+            status = kExitNotFound;
     }
     return status;
 }
