@@ -103,7 +103,7 @@ ReplacementFile::ReplacementFile(const std::string& target) : target_(target) {
     }
 
     directory_ = target_.substr(0, target_.rfind('/') + 1);
-    name_ = directory_ + ".vpath-cache.XXXXXX";
+    name_ = directory_ + ".vpath.XXXXXX";
     if (name_.size() >= std::size(removedBySignal)) {
         errno = ENAMETOOLONG;
         Fail(target_);

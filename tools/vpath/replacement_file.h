@@ -9,7 +9,7 @@
 // A new file beside the one that it is to replace, which gets the same
 // permissions if that is there. It is removed again unless it is put in the place of the other,
 // also when SIGINT, SIGTERM or SIGHUP end the process; a kill that cannot be caught leaves it
-// behind, named ".vpath-cache.XXXXXX". One at a time in a process. Failures are thrown as
+// behind, named ".vpath.XXXXXX". One at a time in a process. Failures are thrown as
 // CommandErrors.
 class ReplacementFile {
   public:
