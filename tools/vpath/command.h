@@ -55,3 +55,4 @@ Command AddStatsCommand(CLI::App& app);
 Command AddShadowsCommand(CLI::App& app);
 Command AddDiffCommand(CLI::App& app);
 Command AddWhyNotCommand(CLI::App& app);
+Command AddReportCommand(CLI::App& app);

@@ -1,5 +1,6 @@
 #include "host_calls.h"
 
+#include <chrono>
 #include <string>
 #include <utility>
 
@@ -14,10 +15,23 @@ namespace {
 // Callbacks carry no context.
 CallCounts counts;
 ListingObserver listingObserver;
+bool keepsListingTimes = false;
+std::unordered_map<std::string, ListingTime> listingTimes;
+
+char* TimedListing(const vpPath& path, const char* dirName, unsigned int** words) {
+    const auto start = std::chrono::steady_clock::now();
+    char* names = vpPosixListDirectory(path, dirName, words);
+    const std::chrono::duration<double> elapsed = std::chrono::steady_clock::now() - start;
+    ListingTime& time = listingTimes[dirName];
+    time.seconds += elapsed.count();
+    ++time.listings;
+    return names;
+}
 
 char* List(vpPath path, const char* dirName, unsigned int** words) {
     ++counts.listings;
-    char* names = vpPosixListDirectory(path, dirName, words);
+    char* names = keepsListingTimes ? TimedListing(path, dirName, words)
+                                    : vpPosixListDirectory(path, dirName, words);
     if (listingObserver) listingObserver(dirName, names, *words);
     return names;
 }
@@ -61,6 +75,10 @@ void InstallHost() {
 }
 
 CallCounts HostCalls() { return counts; }
+
+void KeepListingTimes() { keepsListingTimes = true; }
+
+const std::unordered_map<std::string, ListingTime>& ListingTimes() { return listingTimes; }
 
 ListingObservation::ListingObservation(ListingObserver observer) {
     listingObserver = std::move(observer);

@@ -4,6 +4,8 @@
 
 #include <cstdint>
 #include <functional>
+#include <string>
+#include <unordered_map>
 
 struct CallCounts {
     uint64_t listings = 0;
@@ -25,6 +27,17 @@ void InstallHost();
 
 // The calls so far.
 CallCounts HostCalls();
+
+struct ListingTime {
+    double seconds = 0;  // of all of them
+    uint64_t listings = 0;
+};
+
+// From now on, keeps how long the disk took to list each directory.
+void KeepListingTimes();
+
+// By the name under which the library asked.
+const std::unordered_map<std::string, ListingTime>& ListingTimes();
 
 // While it lives, its observer is called. One at a time.
 class ListingObservation {

@@ -73,7 +73,7 @@ ExitStatus ParseAndRun(int argc, char** argv) {
         AddMethodsCommand(app), AddPackagesCommand(app), AddWatchCommand(app),
         AddCacheCommand(app),   AddDirsCommand(app),     AddLsCommand(app),
         AddStatsCommand(app),   AddShadowsCommand(app),  AddDiffCommand(app),
-        AddWhyNotCommand(app),
+        AddWhyNotCommand(app),  AddReportCommand(app),
     };
     try {
         app.parse(Arguments(argc, argv));
