@@ -7,7 +7,13 @@ install(TARGETS hostkit EXPORT hostkitTargets)
 install(TARGETS vpath_lib posix_host EXPORT vpathTargets)
 if(TARGET vpath)
     install(TARGETS vpath)
-    install(FILES docs/man/vpath.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
+    install(FILES ${PROJECT_BINARY_DIR}/man/vpath.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
+    install(FILES ${PROJECT_BINARY_DIR}/completions/vpath
+        DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions)
+    install(FILES ${PROJECT_BINARY_DIR}/completions/_vpath
+        DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/site-functions)
+    install(FILES ${PROJECT_BINARY_DIR}/completions/vpath.fish
+        DESTINATION ${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d)
     install(FILES share/vpath/schema.json DESTINATION ${CMAKE_INSTALL_DATADIR}/vpath)
     install(FILES docs/man/vpath-cache.5 DESTINATION ${CMAKE_INSTALL_MANDIR}/man5)
 endif()

@@ -51,5 +51,8 @@ command=$work/prefix/bin/vpath
 if [ -e "$build/bin/vpath" ]; then
     echo "== $command"
     env -u LD_LIBRARY_PATH "$command" --help > /dev/null || fail "$command --help"
-    [ -s "$work/prefix/share/vpath/schema.json" ] || fail "no schema.json"
+    for file in vpath/schema.json man/man1/vpath.1 bash-completion/completions/vpath \
+        zsh/site-functions/_vpath fish/vendor_completions.d/vpath.fish; do
+        [ -s "$work/prefix/share/$file" ] || fail "no $file"
+    done
 fi

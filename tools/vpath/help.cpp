@@ -58,6 +58,7 @@ class HelpFormatter : public CLI::Formatter {
         std::vector<std::string> groups = app.get_groups();
         std::reverse(groups.begin(), groups.end());  // the path before what applies to it
         for (const std::string& group : groups) {
+            if (group.empty()) continue;  // hidden
             const auto options = app.get_options(
                 [&](const CLI::Option* option) { return option->get_group() == group; });
             const bool isNarrow = group == "Options";

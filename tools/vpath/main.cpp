@@ -11,6 +11,7 @@
 
 #include "command.h"
 #include "console.h"
+#include "generate.h"
 #include "help.h"
 #include "stats.h"
 
@@ -68,6 +69,8 @@ ExitStatus ParseAndRun(int argc, char** argv) {
     app.require_subcommand(/*min=*/0, /*max=*/1);  // Run tells of a missing one
     AddPathOptions(app, context.options);
     AddOutputOptions(app, context.outputOptions);
+    std::string generated;
+    AddGenerateOption(app, generated);
     const std::vector<Command> commands = {
         AddWhichCommand(app),   AddClassCommand(app),    AddClassesCommand(app),
         AddMethodsCommand(app), AddPackagesCommand(app), AddWatchCommand(app),
@@ -77,6 +80,11 @@ ExitStatus ParseAndRun(int argc, char** argv) {
     };
     try {
         app.parse(Arguments(argc, argv));
+        if (!generated.empty()) {
+            Print(Generate(app, generated));
+            FlushOutput();
+            return kExitFound;
+        }
         UseDefaultPath(context.options);
         return Run(commands, context);
     } catch (const CLI::CallForHelp&) {

@@ -4,7 +4,6 @@
 
 #include <cstdio>
 #include <cstdlib>
-#include <map>
 
 #include <CLI/CLI.hpp>
 
@@ -19,21 +18,33 @@ bool UsesColor(OutputOptions::Color color) {
     return IsTerminal(STDOUT_FILENO) && (refused == nullptr || *refused == '\0');
 }
 
+struct ColorWord {
+    const char* word;
+    OutputOptions::Color color;
+};
+constexpr ColorWord kColorWords[] = {{"auto", OutputOptions::kAuto},
+                                     {"always", OutputOptions::kAlways},
+                                     {"never", OutputOptions::kNever}};
+
 }  // namespace
+
+std::vector<std::string> ColorWords() {
+    std::vector<std::string> words;
+    for (const ColorWord& color : kColorWords) words.emplace_back(color.word);
+    return words;
+}
 
 void AddOutputOptions(CLI::App& app, OutputOptions& options) {
     app.add_flag("--json", options.json, "answer in JSON");
-    const std::map<std::string, OutputOptions::Color> colors = {{"auto", OutputOptions::kAuto},
-                                                                {"always", OutputOptions::kAlways},
-                                                                {"never", OutputOptions::kNever}};
     app.add_option_function<std::string>(
            "--color",
-           [&options, colors](const std::string& when) {
-               const auto color = colors.find(when);
-               if (color == colors.end()) {
-                   throw CLI::ValidationError("--color " + when, "not auto, always or never");
+           [&options](const std::string& when) {
+               for (const ColorWord& color : kColorWords) {
+                   if (when != color.word) continue;
+                   options.color = color.color;
+                   return;
                }
-               options.color = color->second;
+               throw CLI::ValidationError("--color " + when, "not auto, always or never");
            },
            "auto, always or never")
         ->type_name("WHEN");

@@ -15,6 +15,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "record.h"
 
@@ -30,6 +31,9 @@ struct OutputOptions {
 
 // Adds --json and --color. They write to `options`, which must outlive the parse.
 void AddOutputOptions(CLI::App& app, OutputOptions& options);
+
+// What --color may be.
+std::vector<std::string> ColorWords();
 
 // All of it throws OutputClosed or CommandError as console.h says.
 class Output {

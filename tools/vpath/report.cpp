@@ -49,7 +49,7 @@ Command AddReportCommand(CLI::App& app) {
     CLI::App* report = app.add_subcommand("report", "The path as a web page");
     report->fallthrough();
     report->add_option("-o,--output", *fileName, "the page to make or replace")
-        ->type_name("FILE")
+        ->option_text("FILE")
         ->required();
     report->footer(
         "Writes an HTML page that shows the path without a network: a map whose areas are\n"
