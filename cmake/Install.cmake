@@ -5,6 +5,8 @@ set(pkgconfig_dir ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
 
 install(TARGETS hostkit EXPORT hostkitTargets)
 install(TARGETS vpath_lib posix_host EXPORT vpathTargets)
+install(FILES docs/man/libvpath.3 DESTINATION ${CMAKE_INSTALL_MANDIR}/man3)
+install(FILES docs/man/vpath-cache.5 DESTINATION ${CMAKE_INSTALL_MANDIR}/man5)
 if(TARGET vpath)
     install(TARGETS vpath)
     install(FILES ${PROJECT_BINARY_DIR}/man/vpath.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
@@ -15,7 +17,6 @@ if(TARGET vpath)
     install(FILES ${PROJECT_BINARY_DIR}/completions/vpath.fish
         DESTINATION ${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d)
     install(FILES share/vpath/schema.json DESTINATION ${CMAKE_INSTALL_DATADIR}/vpath)
-    install(FILES docs/man/vpath-cache.5 DESTINATION ${CMAKE_INSTALL_MANDIR}/man5)
 endif()
 
 install(

@@ -8,6 +8,7 @@ vpath=$1
 completions=$2/completions
 manual=$2/man/vpath.1
 work=$3
+pages=$(cd "$(dirname "${BASH_SOURCE[0]}")/../docs/man" && pwd)
 status=0
 
 rm -rf "$work"
@@ -105,7 +106,9 @@ for word in $(options_of); do
 done
 ! grep -q '@COMMANDS@' "$manual" || fail "no commands in vpath(1)"
 if command -v mandoc > /dev/null; then
-    mandoc -Tlint -W warning "$manual" || fail "mandoc"
+    for page in "$manual" "$pages"/*.[35]; do
+        mandoc -Tlint -W warning "$page" || fail "mandoc"
+    done
 fi
 
 exit $status

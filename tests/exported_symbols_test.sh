@@ -1,12 +1,14 @@
 #!/bin/bash
-# libvpath.so shows what the public headers declare: nothing else, nothing less.
+# libvpath.so shows what the public headers declare: nothing else, nothing less; and libvpath(3) names
+# it all.
 #
-#   exported_symbols_test.sh LIBRARY HEADER_DIR
+#   exported_symbols_test.sh LIBRARY HEADER_DIR MANUAL
 set -euo pipefail
 export LC_ALL=C
 
 library=$1
 headers=$2
+manual=$3
 status=0
 
 report() {  # TITLE NAMES: fails the test unless NAMES is empty
@@ -16,12 +18,19 @@ report() {  # TITLE NAMES: fails the test unless NAMES is empty
 }
 
 # Declarations as one line each: comments and preprocessor lines gone, statements split at ';'.
-statements=$(cat "$headers"/*.h | sed -e 's,//.*,,' -e '/^ *#/d' | tr '\n{}' ' ;;' |
-    sed -e 's/  */ /g' | tr ';' '\n')
-functions=$(grep -oP 'VP_EXPORT\b[^(]*?\b\w+(?= ?\()' <<< "$statements" | grep -oP '\w+$')
-data=$(grep -oP 'VP_EXPORT extern [^()]*\b\K\w+(?= *$)' <<< "$statements")
-classes=$(grep -oP '\bclass VP_EXPORT \K\w+' <<< "$statements")
-declared=$(printf '%s\n' "$functions" "$data" | sort)
+statements() {
+    cat "$@" | sed -e 's,//.*,,' -e '/^ *#/d' | tr '\n{}' ' ;;' | sed -e 's/  */ /g' | tr ';' '\n'
+}
+declared_in() {  # HEADER...: functions and data, sorted
+    local all
+    all=$(statements "$@")
+    {
+        grep -oP 'VP_EXPORT\b[^(]*?\b\w+(?= ?\()' <<< "$all" | grep -oP '\w+$'
+        grep -oP 'VP_EXPORT extern [^()]*\b\K\w+(?= *$)' <<< "$all"
+    } | sort
+}
+classes=$(statements "$headers"/*.h | grep -oP '\bclass VP_EXPORT \K\w+')
+declared=$(declared_in "$headers"/*.h)
 
 # Demangled names of what is exported, without argument lists; overloads give a line each.
 exported=$(nm -DC --defined-only "$library" | cut -d ' ' -f 3- | sed -e 's/(.*//' | sort)
@@ -42,6 +51,13 @@ report "exported, but no member of a public class" "$(
         grep -qx -- "${member%%::*}" <<< "$classes" && grep -qw -- "$name" "$headers"/*.h ||
             echo "$member"
     done <<< "$members")"
+
+for header in path search pathname; do
+    named=$(sed -n "/^\.SS <vpath\/$header.h>/,/^\.S[SH]/{s/\\\\f[BR]/ /g;s/^\.B //p}" "$manual" |
+        grep -oE '(vp[A-Z]|libvpath_)\w+' | sort)
+    report "differs between $header.h and its section in libvpath(3)" \
+        "$(comm -3 <(declared_in "$headers/$header.h" | uniq) <(echo "$named"))"
+done
 
 # The host's utility calls must stay replaceable, and the library known under its own name.
 dynamic=$(readelf -dW "$library")
