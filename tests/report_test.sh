@@ -14,7 +14,7 @@ rm -rf "$work"
 mkdir -p "$work/home" "$work/lib/a/@Cls" "$work/lib/b" "$work/lib/c"
 cd "$work/lib"
 touch a/name{1..600}.v b/name{1..600}.v c/NAME7.v a/@Cls/draw.v b/Cls.v c/only.v
-evil='<img src=x onerror=alert(1)>&"'\''\'$'\n\xff\u202e'
+evil='<img src=x onerror=alert(1)>&"'\''\'$'\n\xff\u202e\xed\xa0\x80\xc3\xa9\xf0\x9f\x98\x80\xe2\x82'
 mkdir -p "c/x</script>$evil"
 touch a/more{1..602}.v {b,c}/"$evil.v" "c/x</script>$evil/name7.v"
 cd "$work/home"
@@ -73,14 +73,14 @@ timeout 60 "$browser" --headless=new --no-sandbox --disable-gpu --user-data-dir=
 sed -n '/<title>said/,/^end/p' dom.html | sed -e '1d;$d' -e "s,$work,W,g" > said.txt
 diff -u - said.txt << 'END'
 1 to 50 of 602: name1, name10
-by name: 1 to 50 of 602: &lt;img src=x onerror=alert(1)&gt;&amp;"'\\\n\xff\u202e, Cls
+by name: 1 to 50 of 602: &lt;img src=x onerror=alert(1)&gt;&amp;"'\\\n\xff\u202e\xed\xa0\x80é😀\xe2\x82, Cls
 and back: 1 to 50 of 602: name600, name599
 by places: 1 to 50 of 602: name7, name1
-in c: 1 to 2 of 2: name7, &lt;img src=x onerror=alert(1)&gt;&amp;"'\\\n\xff\u202e
+in c: 1 to 2 of 2: name7, &lt;img src=x onerror=alert(1)&gt;&amp;"'\\\n\xff\u202e\xed\xa0\x80é😀\xe2\x82
 in c, case: 1 to 1 of 1: name7
 classes: 1 to 1 of 1: Cls
 next: 51 to 100 of 602: name143, name144
-evil: name7,&lt;img src=x onerror=alert(1)&gt;&amp;"'\\\n\xff\u202e
+evil: name7,&lt;img src=x onerror=alert(1)&gt;&amp;"'\\\n\xff\u202e\xed\xa0\x80é😀\xe2\x82
 most hidden: 2,602,600
 area: W/lib/b
 images: 0, scripts: 3
@@ -93,3 +93,10 @@ grep -q 'These are 500 of 602 names; a browser' page.html
 
 # Nothing comes from anywhere else.
 ! grep -E '(src|href)="[^#]' page.html
+
+# A long path has a map of some hundred areas: here groups of six, and the current directory.
+mkdir "$work"/many "$work"/many/dir{1..1000}
+touch "$work"/many/dir{1..1000}/file.v
+"$vpath" --recursive "$work/many" report -o many.html
+[ "$(grep -c '<li style=' many.html)" = 168 ]
+grep -q 'title="2–7: 6 directories from [^ ]*/dir1 to [^ ]*/dir102; 6 files, 5 hidden"' many.html

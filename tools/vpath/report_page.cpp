@@ -134,30 +134,32 @@ void Page::addMap() {
         const bool isGroup = area.directories > 1;
         size_t hidden = 0;
         for (size_t i = area.first; i <= area.last; ++i) hidden += data_.directories[i].hidden;
-        const std::string files = Count(area.size, "file", "files");
         const std::string name = PrintableText(first.name);
-        const std::string last = name.substr(name.rfind('/') + 1);
-        const std::string place = std::to_string(first.position);
-        std::string label = last.empty() ? name : last;
-        std::string title = place + ": " + name;
+        std::string place = std::to_string(first.position);
+        std::string label = name.substr(name.rfind('/') + 1);
+        if (label.empty()) label = name;
+        TemplateValues values;
         if (isGroup) {
             const ReportDirectory& end = data_.directories[area.last];
-            label = place + "–" + std::to_string(end.position);
-            title = label + ": " + Count(area.directories) + " directories from " + name + " to " +
-                    PrintableText(end.name);
+            place.append("–").append(std::to_string(end.position));
+            label = place;
+            values.lists["group"] = {
+                {{{"number", Count(area.directories)}, {"last", PrintableText(end.name)}}, {}}};
+            page_.lists["grouped"] = {{}};
         }
-        areas.push_back({{{"first", std::to_string(area.first)},
-                          {"left", Fixed(area.left, 3)},
-                          {"top", Fixed(area.top, 3)},
-                          {"width", Fixed(area.width, 3)},
-                          {"height", Fixed(area.height, 3)},
-                          {"hides", std::to_string(StepOf(hidden, area.size))},
-                          {"group", isGroup ? " group" : ""},
-                          {"title", title + "; " + files + ", " + Count(hidden) + " hidden"},
-                          {"label", std::move(label)},
-                          {"files", files}},
-                         {}});
-        if (isGroup) page_.lists["grouped"] = {{}};
+        values.texts = {{"index", std::to_string(area.first)},
+                        {"left", Fixed(area.left, 3)},
+                        {"top", Fixed(area.top, 3)},
+                        {"width", Fixed(area.width, 3)},
+                        {"height", Fixed(area.height, 3)},
+                        {"step", std::to_string(StepOf(hidden, area.size))},
+                        {"kind", isGroup ? "group" : "single"},
+                        {"place", std::move(place)},
+                        {"name", name},
+                        {"label", std::move(label)},
+                        {"files", Count(area.size, "file", "files")},
+                        {"hidden", Count(hidden)}};
+        areas.push_back(std::move(values));
     }
     if (areas.empty()) page_.lists["noFiles"] = {{}};
 }
