@@ -159,7 +159,7 @@ void AddOptions(const CommandWords& command, TemplateValues& values) {
     std::vector<std::string> own;
     for (const OptionWords& option : OwnOptions(command)) {
         for (const std::string& optionName : Names(option)) own.push_back(optionName);
-        values.lists[isMain ? "globals" : "owns"].push_back({{{"spec", ZshOption(option)}}, {}});
+        values.lists[isMain ? "globals" : "owns"].push_back({{{"words", ZshOption(option)}}, {}});
         values.lists["options"].push_back(
             {{{"condition", isMain ? "" : " -n '__vpath_in \"" + name + "\"'"},
               {"names", FishNames(option)},
@@ -182,7 +182,7 @@ void AddOptions(const CommandWords& command, TemplateValues& values) {
 void AddArguments(const CommandWords& command, TemplateValues& values) {
     for (size_t i = 0; i < command.arguments.size(); ++i) {
         const ArgumentWord& argument = command.arguments[i];
-        values.lists["owns"].push_back({{{"spec", ZshArgument(argument)}}, {}});
+        values.lists["owns"].push_back({{{"words", ZshArgument(argument)}}, {}});
         if (argument.value.kind == ValueWord::kNothing) continue;
         values.lists["arguments"].push_back(
             {{{"place", argument.isMany ? "many" : std::to_string(i)},

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <optional>
 #include <unordered_map>
 #include <utility>
 
@@ -49,15 +50,16 @@ class OwnerIndex {
         for (size_t i = 0; i < directories.size(); ++i) byName_.emplace(directories[i].name, i);
     }
 
-    // Of a full name in a directory of the path.
-    size_t ownerOf(std::string name) const {
-        for (;;) {
+    // Of a full name in a directory of the path. Nothing for one that has left the disk meanwhile,
+    // if it was added under a relative name.
+    std::optional<size_t> ownerOf(std::string name) const {
+        while (!name.empty() && name != "/") {
             const size_t slash = name.rfind('/');
-            if (slash == std::string::npos || slash == 0) return byName_.at("/");
-            name.resize(slash);
+            name.resize(slash == std::string::npos ? 0 : std::max<size_t>(slash, 1));
             const auto found = byName_.find(name);
             if (found != byName_.end()) return found->second;
         }
+        return std::nullopt;
     }
 
   private:
@@ -103,7 +105,8 @@ ReportData ReportDataOf(const LoadedPath& loaded, const PathOptions& options) {
         if (places.size() < 2) continue;
         for (const ShadowPlace& place : places) {
             if (std::strcmp(place.grade, "hidden") != 0) continue;
-            ++data.directories[owners.ownerOf(place.file)].hidden;
+            const auto owner = owners.ownerOf(place.file);
+            if (owner) ++data.directories[*owner].hidden;
         }
         ReportName shadow{places[0].name, places.size(), KindOf(places), {}};
         places.resize(std::min(places.size(), kPlacesShown));

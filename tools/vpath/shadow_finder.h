@@ -24,7 +24,7 @@ class ShadowFinder {
 
     // The places of a name as NamesOnPath spells it, in order of precedence. Of several the first
     // "wins"; the grade of the others is "hidden", "differs in case" or "file against class", or
-    // with compare() "same content", "different content" or "unreadable" for hidden ones.
+    // with `compare` "same content", "different content" or "unreadable" for hidden ones.
     std::vector<ShadowPlace> placesOf(const std::string& name) const;
 
   private:

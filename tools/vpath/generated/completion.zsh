@@ -4,7 +4,7 @@
 typeset -ga _vpath_global=(
   {{#commands}}
   {{#globals}}
-  {{{spec}}}
+  {{{words}}}
   {{/globals}}
   {{/commands}}
 )
@@ -27,7 +27,7 @@ _vpath{{id}}() {
   {{/innerCommands}}
   {{#leaf}}
   _arguments -s $_vpath_global{{#owns}} \
-    {{{spec}}}{{/owns}}
+    {{{words}}}{{/owns}}
   {{/leaf}}
 }
 {{/commands}}
