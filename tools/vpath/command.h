@@ -56,3 +56,4 @@ Command AddShadowsCommand(CLI::App& app);
 Command AddDiffCommand(CLI::App& app);
 Command AddWhyNotCommand(CLI::App& app);
 Command AddReportCommand(CLI::App& app);
+Command AddDoctorCommand(CLI::App& app);

@@ -76,7 +76,7 @@ ExitStatus ParseAndRun(int argc, char** argv) {
         AddMethodsCommand(app), AddPackagesCommand(app), AddWatchCommand(app),
         AddCacheCommand(app),   AddDirsCommand(app),     AddLsCommand(app),
         AddStatsCommand(app),   AddShadowsCommand(app),  AddDiffCommand(app),
-        AddWhyNotCommand(app),  AddReportCommand(app),
+        AddWhyNotCommand(app),  AddReportCommand(app),   AddDoctorCommand(app),
     };
     try {
         app.parse(Arguments(argc, argv));

@@ -1,0 +1,125 @@
+// vpath doctor: whether the directories of the path tell that they have changed.
+#include <sys/stat.h>
+
+#include <cerrno>
+#include <cstring>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <vpath/path.h>
+#include <CLI/CLI.hpp>
+
+#include "command.h"
+#include "directory_probe.h"
+#include "name_arguments.h"
+#include "path_names.h"
+#include "toolbox_cache.h"
+
+namespace {
+
+const char* WordFor(Health health) {
+    switch (health) {
+        case Health::kOk:
+            return "ok";
+        case Health::kSlow:
+            return "slow";
+        case Health::kStale:
+            return "stale";
+        case Health::kUnknown:
+            break;
+    }
+    return "unknown";
+}
+
+Record RecordOf(const std::string& dirName, const Finding& finding) {
+    Record record("probe");
+    record
+        .column("health", WordFor(finding.health),
+                finding.health == Health::kOk ? Style::kPlain : Style::kNote)
+        .column("probe", finding.probe)
+        .column("directory", dirName, Style::kDirectory)
+        .column("finding", finding.text);
+    if (finding.remedy.empty()) {
+        record.field("remedy", nullptr).faint();
+    } else {
+        record.column("remedy", finding.remedy);
+    }
+    return record;
+}
+
+std::vector<std::string> DirsOfPath(const vpPath& path) {
+    std::vector<std::string> names;
+    vpDir dir = vpGetNullDir(path);
+    while (vpGetDirType(dir = vpGetNextPathDir(dir)) != vpDirTypeNone) {
+        names.push_back(FullNameOf(dir));
+    }
+    return names;
+}
+
+std::string ExistingDir(const std::string& name) {
+    struct stat status;
+    const std::string dirName = FullDirName(name).value_or(name);
+    if (stat(dirName.c_str(), &status) != 0) {
+        throw CommandError(name + ": " + std::strerror(errno) + "; name a directory that exists");
+    }
+    if (!S_ISDIR(status.st_mode)) {
+        throw CommandError(name + ": not a directory; name one that is");
+    }
+    return dirName;
+}
+
+// What lies in how the path was made, whatever the directory does.
+std::optional<Finding> FindingOfPath(const std::string& dirName, Context& context) {
+    const LoadedPath& loaded = context.loaded();
+    if (loaded.fromCache && !ToolboxOf(context.options.root).nameIn(dirName).empty()) {
+        return Finding{
+            "cache", Health::kStale, "the cache file may answer for it, unread",
+            "compare it with 'vpath cache check', make it again with 'vpath cache write'"};
+    }
+    if (vpIsFrozen(FindDir(loaded.path, dirName))) {
+        return Finding{"frozen", Health::kStale, "nobody looks for changes in it",
+                       "'freeze --off' in 'vpath shell' ends that"};
+    }
+    return std::nullopt;
+}
+
+ExitStatus RunDoctor(const std::vector<std::string>& names, Context& context) {
+    CheckNameArguments(names, "DIR", "a directory");
+    const vpPath path = context.loaded().path;
+    std::vector<std::string> dirNames;
+    for (const std::string& name : names) dirNames.push_back(ExistingDir(name));
+    if (names.empty()) dirNames = DirsOfPath(path);
+
+    const ProbeSystem system = RealProbeSystem();
+    ExitStatus status = kExitFound;
+    for (const std::string& dirName : dirNames) {
+        auto findings = ProbeDirectory(dirName, context.options.ignoreCase, system);
+        if (const auto ofPath = FindingOfPath(dirName, context)) findings.push_back(*ofPath);
+        for (const Finding& finding : findings) {
+            context.output().print(RecordOf(dirName, finding));
+            if (finding.health == Health::kStale) status = kExitNotFound;
+        }
+    }
+    return status;
+}
+
+}  // namespace
+
+Command AddDoctorCommand(CLI::App& app) {
+    const auto names = std::make_shared<std::vector<std::string>>();
+    CLI::App* doctor = app.add_subcommand("doctor", "What keeps changes unseen");
+    doctor->fallthrough();
+    AddNameArguments(*doctor, "DIR", *names, "instead of the directories of the path")
+        ->required(false);
+    doctor->footer(
+        "Makes a hidden file in each directory that it may write in, removes it at once,\n"
+        "and prints for each probe: ok, slow, stale or unknown; access, time (moves when\n"
+        "a file is made), steps, clock, events (of inotify) or case, also frozen, cache;\n"
+        "the directory; what was found; a remedy unless ok. Tabs between them.\n"
+        "Exit status: 1 when something would make answers stale.\n"
+        "Example: what is wrong with the path of VPATH\n"
+        "  vpath doctor | grep -v '^ok'");
+    return {doctor, [names](Context& context) { return RunDoctor(*names, context); }};
+}
