@@ -3,6 +3,7 @@
 
 #include <functional>
 #include <optional>
+#include <utility>
 
 #include "exit_status.h"
 #include "loaded_path.h"
@@ -16,6 +17,9 @@ class App;
 // The path that a command works on, loaded when it is first asked for, and where its answers go.
 class Context {
   public:
+    Context() = default;
+    explicit Context(LoadedPath loaded) : loaded_(std::move(loaded)) {}
+
     PathOptions options;
     OutputOptions outputOptions;
 
@@ -57,3 +61,4 @@ Command AddDiffCommand(CLI::App& app);
 Command AddWhyNotCommand(CLI::App& app);
 Command AddReportCommand(CLI::App& app);
 Command AddDoctorCommand(CLI::App& app);
+Command AddShellCommand(CLI::App& app);

@@ -1,76 +1,119 @@
 #include "command_line.h"
 
-#include <CLI/CLI.hpp>
+#include <algorithm>
 
-#include "output.h"
+#include <vpath/path.h>
+
+#include "console.h"
+#include "generate.h"
+#include "help.h"
+#include "stats.h"
 
 namespace {
 
-ValueWord::Kind KindOf(const std::string& option, const std::string& value) {
-    if (option == "--ext") return ValueWord::kNothing;
-    if (value == "FILE") return ValueWord::kFile;
-    if (value == "DIR") return ValueWord::kDirectory;
-    if (value == "LIST" || value == "PATH1" || value == "PATH2") return ValueWord::kDirectoryList;
-    if (value == "WHEN") return ValueWord::kWords;
-    return ValueWord::kNothing;
+std::vector<Command> AddAnsweringCommands(CLI::App& app) {
+    return {
+        AddWhichCommand(app),   AddClassCommand(app),    AddClassesCommand(app),
+        AddMethodsCommand(app), AddPackagesCommand(app), AddDirsCommand(app),
+        AddLsCommand(app),      AddStatsCommand(app),    AddShadowsCommand(app),
+        AddDiffCommand(app),    AddWhyNotCommand(app),   AddDoctorCommand(app),
+    };
 }
 
-// What the help calls it.
-std::string NameOfValue(const CLI::Option& option) {
-    if (option.get_items_expected_max() == 0) return "";
-    const std::string& text = option.get_option_text();
-    return text.empty() ? option.get_type_name() : text;
-}
-
-ValueWord ValueOf(const std::string& option, const std::string& name) {
-    ValueWord value{name, KindOf(option, name), {}};
-    if (value.kind == ValueWord::kWords) value.words = ColorWords();
-    return value;
-}
-
-CommandWords WordsOf(const CLI::App& app, std::vector<std::string> path) {
-    CommandWords command{std::move(path), app.get_description(), {}, {}, {}};
-    for (const CLI::Option* option : app.get_options()) {
-        if (option->get_group().empty()) continue;
-        const std::string& about = option->get_description();
-        const bool isRequired = option->get_required();
-        if (option->get_positional()) {
-            const std::string name = option->get_name(/*positional=*/true);
-            const bool isMany = option->get_items_expected_max() > 1;
-            command.arguments.push_back({ValueOf(name, name), about, isRequired, isMany});
-            continue;
+// CLI11 takes the words last one first. It would take the word that follows "--option=", as
+// scripts write with an empty variable, for the value.
+std::vector<std::string> Arguments(const std::vector<std::string>& words) {
+    std::vector<std::string> arguments;
+    bool options = true;
+    for (const std::string& word : words) {
+        options = options && word != "--";
+        const size_t equals = word.find('=');
+        if (options && word.starts_with("--") && equals + 1 == word.size()) {
+            arguments.push_back(word.substr(0, equals));
+            arguments.emplace_back();
+        } else {
+            arguments.push_back(word);
         }
-        const std::vector<std::string>& shortNames = option->get_snames();
-        const std::vector<std::string>& longNames = option->get_lnames();
-        const std::string shortName = shortNames.empty() ? "" : "-" + shortNames[0];
-        const std::string longName = longNames.empty() ? "" : "--" + longNames[0];
-        command.options.push_back(
-            {shortName, longName, about, ValueOf(longName, NameOfValue(*option)), isRequired});
     }
-    for (const CLI::App* inner : app.get_subcommands({})) {
-        command.commands.push_back(inner->get_name());
-    }
-    return command;
+    std::reverse(arguments.begin(), arguments.end());
+    return arguments;
 }
 
 }  // namespace
 
-std::vector<CommandWords> CommandLineOf(const CLI::App& app) {
-    struct Command {
-        const CLI::App* app;
-        std::vector<std::string> path;
-    };
-    std::vector<CommandWords> commands;
-    std::vector<Command> left = {{&app, {}}};
-    while (!left.empty()) {
-        const Command command = left.back();
-        left.pop_back();
-        commands.push_back(WordsOf(*command.app, command.path));
-        const std::vector<const CLI::App*> inner = command.app->get_subcommands({});
-        for (auto at = inner.rbegin(); at != inner.rend(); ++at) {
-            left.push_back({*at, command.path});
-            left.back().path.push_back((*at)->get_name());
+CommandLine::CommandLine(Context& context, const char* name, const char* description,
+                         const char* help)
+    : context_(context), help_(help), app_(description, name) {
+    app_.formatter(MakeHelpFormatter());
+    app_.set_help_flag("-h,--help", "print this help");
+    app_.require_subcommand(/*min=*/0, /*max=*/1);  // run tells of a missing one
+}
+
+CommandLine::CommandLine(Context& context, OfProgram)
+    : CommandLine(context, "vpath", "Finds names on a search path of directories.",
+                  "run 'vpath --help'") {
+    app_.footer(
+        "Exit status: 0 found or clean, 1 not found or shadowed, 2 wrong usage or I/O.\n"
+        "Example: vpath --path /w/lib:/w/tools --ext v,p which foo");
+    app_.set_version_flag("--version", std::string("vpath ") + libvpath_version,
+                          "print the version");
+    AddPathOptions(app_, context.options);
+    AddOutputOptions(app_, context.outputOptions);
+    add(AddAnsweringCommands(app_));
+    AddGenerateOption(app_, generated_);
+    add({AddWatchCommand(app_), AddCacheCommand(app_), AddReportCommand(app_),
+         AddShellCommand(app_)});
+}
+
+CommandLine::CommandLine(Context& context, OfShell)
+    : CommandLine(context, "", "Answers from the path that is loaded, and changes it.",
+                  "see 'help'") {
+    app_.footer("'add' does here what advice calls --path. Ctrl-C ends a line, Ctrl-D the shell.");
+    AddExtensionOption(app_, context.options);
+    AddOutputOptions(app_, context.outputOptions);
+    add(AddAnsweringCommands(app_));
+}
+
+void CommandLine::add(const std::vector<Command>& commands) {
+    commands_.insert(commands_.end(), commands.begin(), commands.end());
+}
+
+const CLI::App* CommandLine::find(const std::string& command) const {
+    const auto found = std::find_if(commands_.begin(), commands_.end(),
+                                    [&](const Command& at) { return at.app->check_name(command); });
+    return found == commands_.end() ? nullptr : found->app;
+}
+
+bool CommandLine::parse(const std::vector<std::string>& words) {
+    try {
+        app_.parse(Arguments(words));
+        if (generated_.empty()) return true;
+        Print(Generate(app_, generated_));
+    } catch (const CLI::CallForHelp&) {
+        Print(app_.help());
+    } catch (const CLI::CallForVersion& version) {
+        PrintLine(version.what());
+    } catch (const CLI::ParseError& error) {
+        throw CommandError(std::string(error.what()) + "; " + help_);
+    }
+    FlushOutput();
+    return false;
+}
+
+ExitStatus CommandLine::run() {
+    for (const Command& command : commands_) {
+        if (!command.app->parsed()) continue;
+        try {
+            const ExitStatus status = command.run(context_);
+            if (context_.options.stats && context_.isLoaded()) {
+                context_.output().remark(StatsRecord(context_.loaded()));
+            }
+            context_.output().finish();
+            return status;
+        } catch (const CommandError&) {
+            context_.output().finish(/*failed=*/true);
+            throw;
         }
     }
-    return commands;
+    throw CommandError(std::string("no command; ") + help_);
 }

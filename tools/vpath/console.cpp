@@ -8,6 +8,7 @@
 #include <cstring>
 
 #include "exit_status.h"
+#include "interruption.h"
 #include "progress.h"
 
 namespace {
@@ -21,6 +22,7 @@ void CheckOutput(bool written) {
 }  // namespace
 
 void Print(std::string_view text) {
+    EndIfInterrupted();
     CheckOutput(std::fwrite(text.data(), 1, text.size(), stdout) == text.size());
 }
 

@@ -9,7 +9,8 @@
 struct OutputClosed {};
 
 // Write to standard output. The text is written as it is, whatever bytes it holds. Throw
-// OutputClosed, or CommandError when the output cannot be written for another reason.
+// OutputClosed, or CommandError when the output cannot be written for another reason; and
+// LineInterrupted where interrupts are noted.
 void Print(std::string_view text);
 void PrintLine(std::string_view line);
 void FlushOutput();

@@ -56,14 +56,33 @@ class Differ {
     Output& output_;
 };
 
+// Paths beside that of the command go when they have been compared.
+struct Loaded {
+    vpPath path;
+    bool isOther;  // beside the path of the command
+
+    Loaded(const vpPath& loaded, bool other) : path(loaded), isOther(other) {}
+    ~Loaded() {
+        if (isOther) vpRemovePath(path);
+    }
+    Loaded(const Loaded&) = delete;
+    Loaded& operator=(const Loaded&) = delete;
+};
+
+// The first of a process is that of the command; a shell has one already.
+Loaded Load(const std::string& list, Context& context) {
+    if (context.isLoaded()) return {LoadOtherPath(list, context.options), true};
+    context.options.sources = {{PathSource::kList, list}};
+    return {context.loaded().path, false};
+}
+
 ExitStatus RunDiff(const DiffOptions& options, Context& context) {
-    context.options.sources = {{PathSource::kList, options.before}};
-    const vpPath before = context.loaded().path;
-    const vpPath after = LoadOtherPath(options.after, context.options);
-    Differ differ(before, after, context);
+    const Loaded before = Load(options.before, context);
+    const Loaded after = Load(options.after, context);
+    Differ differ(before.path, after.path, context);
     ExitStatus status = kExitFound;
     std::unordered_set<std::string> answered;
-    for (const vpPath& path : {before, after}) {
+    for (const vpPath& path : {before.path, after.path}) {
         for (const NameOnPath& name :
              NamesOnPath(path, context.options.extensionArray(), context.options.ignoreCase)) {
             std::string key = name.name;
@@ -96,7 +115,8 @@ Command AddDiffCommand(CLI::App& app) {
         "  vpath --ext v,p diff /w/lib:/w/tools /w/new:/w/lib:/w/tools | grep '^changed'");
     return {diff, [options, &app](Context& context) {
                 for (const char* source : {"--path", "--path-file", "--recursive", "--cache"}) {
-                    if (app.count(source) == 0) continue;
+                    const CLI::Option* option = app.get_option_no_throw(source);
+                    if (option == nullptr || option->count() == 0) continue;
                     throw CommandError(std::string(source) +
                                        " beside diff; PATH1 and PATH2 say it all");
                 }

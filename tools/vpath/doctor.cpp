@@ -49,18 +49,23 @@ Record RecordOf(const std::string& dirName, const Finding& finding) {
     return record;
 }
 
-std::vector<std::string> DirsOfPath(const vpPath& path) {
-    std::vector<std::string> names;
+struct Subject {
+    std::string name;  // full
+    vpDir dir;         // the null directory for one that is not of the path
+};
+
+std::vector<Subject> DirsOfPath(const vpPath& path) {
+    std::vector<Subject> subjects;
     vpDir dir = vpGetNullDir(path);
     while (vpGetDirType(dir = vpGetNextPathDir(dir)) != vpDirTypeNone) {
-        names.push_back(FullNameOf(dir));
+        subjects.push_back({FullNameOf(dir), dir});
     }
-    return names;
+    return subjects;
 }
 
 std::string ExistingDir(const std::string& name) {
     struct stat status;
-    const std::string dirName = FullDirName(name).value_or(name);
+    std::string dirName = FullDirName(name).value_or(name);
     if (stat(dirName.c_str(), &status) != 0) {
         throw CommandError(name + ": " + std::strerror(errno) + "; name a directory that exists");
     }
@@ -71,14 +76,13 @@ std::string ExistingDir(const std::string& name) {
 }
 
 // What lies in how the path was made, whatever the directory does.
-std::optional<Finding> FindingOfPath(const std::string& dirName, Context& context) {
-    const LoadedPath& loaded = context.loaded();
-    if (loaded.fromCache && !ToolboxOf(context.options.root).nameIn(dirName).empty()) {
+std::optional<Finding> FindingOfPath(const Subject& subject, const Toolbox& toolbox) {
+    if (vpInToolboxCacheMode() && !toolbox.nameIn(subject.name).empty()) {
         return Finding{
             "cache", Health::kStale, "the cache file may answer for it, unread",
             "compare it with 'vpath cache check', make it again with 'vpath cache write'"};
     }
-    if (vpIsFrozen(FindDir(loaded.path, dirName))) {
+    if (vpIsFrozen(subject.dir)) {
         return Finding{"frozen", Health::kStale, "nobody looks for changes in it",
                        "'freeze --off' in 'vpath shell' ends that"};
     }
@@ -87,18 +91,24 @@ std::optional<Finding> FindingOfPath(const std::string& dirName, Context& contex
 
 ExitStatus RunDoctor(const std::vector<std::string>& names, Context& context) {
     CheckNameArguments(names, "DIR", "a directory");
+    // Before the path goes to its current directory.
+    const Toolbox toolbox =
+        context.options.root.empty() ? Toolbox() : ToolboxOf(context.options.root);
     const vpPath path = context.loaded().path;
-    std::vector<std::string> dirNames;
-    for (const std::string& name : names) dirNames.push_back(ExistingDir(name));
-    if (names.empty()) dirNames = DirsOfPath(path);
+    std::vector<Subject> subjects;
+    subjects.reserve(names.size());
+    for (const std::string& name : names) {
+        subjects.push_back({ExistingDir(name), FindDir(path, name)});
+    }
+    if (names.empty()) subjects = DirsOfPath(path);
 
     const ProbeSystem system = RealProbeSystem();
     ExitStatus status = kExitFound;
-    for (const std::string& dirName : dirNames) {
-        auto findings = ProbeDirectory(dirName, context.options.ignoreCase, system);
-        if (const auto ofPath = FindingOfPath(dirName, context)) findings.push_back(*ofPath);
+    for (const Subject& subject : subjects) {
+        auto findings = ProbeDirectory(subject.name, context.options.ignoreCase, system);
+        if (const auto ofPath = FindingOfPath(subject, toolbox)) findings.push_back(*ofPath);
         for (const Finding& finding : findings) {
-            context.output().print(RecordOf(dirName, finding));
+            context.output().print(RecordOf(subject.name, finding));
             if (finding.health == Health::kStale) status = kExitNotFound;
         }
     }

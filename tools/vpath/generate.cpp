@@ -5,7 +5,7 @@
 
 #include <CLI/CLI.hpp>
 
-#include "command_line.h"
+#include "command_words.h"
 #include "embedded_texts.h"
 #include "exit_status.h"
 #include "text_template.h"
@@ -232,7 +232,7 @@ void AddGenerateOption(CLI::App& app, std::string& what) {
 }
 
 std::string Generate(const CLI::App& app, const std::string& what) {
-    const TemplateValues values = ValuesOf(CommandLineOf(app));
+    const TemplateValues values = ValuesOf(CommandWordsOf(app));
     if (what == "bash") return FillTemplate(kBashCompletion, values, InQuotes);
     if (what == "zsh") return FillTemplate(kZshCompletion, values, InQuotes);
     if (what == "fish") return FillTemplate(kFishCompletion, values, InFishQuotes);

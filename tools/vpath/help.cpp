@@ -52,7 +52,8 @@ class HelpFormatter : public CLI::Formatter {
         const std::string usage = make_usage(&app, name);
         std::string help = make_description(&app) +
                            CLI::detail::find_and_replace(usage, "[COMMAND ...]", "COMMAND ...") +
-                           "\nCommands ('vpath COMMAND --help' says more):\n";
+                           "Commands ('" + (name.empty() ? "" : name + " ") +
+                           "COMMAND --help' says more):\n";
         help += sideBySide(commandCells(app.get_subcommands({})));
         std::vector<std::string> cells;
         std::vector<std::string> groups = app.get_groups();

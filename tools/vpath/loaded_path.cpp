@@ -90,6 +90,14 @@ vpPath CreatePath(const char* name, const char* frozen, const PathOptions& optio
 
 }  // namespace
 
+void AddTree(const vpPath& path, const std::string& dirName, bool ignoreCase) {
+    PathOptions options;
+    options.sources = {{PathSource::kTree, dirName}};
+    options.ignoreCase = ignoreCase;
+    std::vector<std::ifstream> noFiles;
+    AddSources(path, options, noFiles);
+}
+
 LoadedPath LoadPath(const PathOptions& options, const char* frozen) {
     // These names are relative to where the command was started, all others to --cwd.
     std::vector<std::ifstream> listFiles;
@@ -125,7 +133,9 @@ LoadedPath LoadPath(const PathOptions& options, const char* frozen) {
 }
 
 vpPath LoadOtherPath(const std::string& list, const PathOptions& options) {
-    const vpPath path = CreatePath("other", /*frozen=*/nullptr, options);
+    static int count = 0;
+    const std::string name = "other " + std::to_string(++count);
+    const vpPath path = CreatePath(name.c_str(), /*frozen=*/nullptr, options);
     Progress progress;
     const ListingObservation observation(
         [&](const char*, const char*, const unsigned int*) { progress.countDirectory(); });

@@ -23,6 +23,10 @@ struct LoadedPath {
 // option names cannot be used. To be called once in a process.
 LoadedPath LoadPath(const PathOptions& options, const char* frozen);
 
+// Adds a directory and those below it as --recursive does; after LoadPath. Throws CommandError when
+// it cannot be used.
+void AddTree(const vpPath& path, const std::string& dirName, bool ignoreCase);
+
 // One more path, of the directories of a list, in the same current directory; after LoadPath. For
-// the rest the options apply.
+// the rest the options apply. To be removed by the caller if it is not to last.
 vpPath LoadOtherPath(const std::string& list, const PathOptions& options);

@@ -9,6 +9,7 @@
 #include <vpath/search.h>
 
 #include "inner_dirs.h"
+#include "interruption.h"
 #include "open_search.h"
 #include "path_names.h"
 
@@ -72,7 +73,10 @@ std::vector<NameOnPath> NamesOnPath(const vpPath& path, const ExtensionArray& ex
                                     bool ignoreCase) {
     NameCollector names(extensions, ignoreCase);
     vpDir dir = NextDirOrPackage(vpGetNullDir(path));
-    for (; vpGetDirType(dir) != vpDirTypeNone; dir = NextDirOrPackage(dir)) names.addDir(dir);
+    for (; vpGetDirType(dir) != vpDirTypeNone; dir = NextDirOrPackage(dir)) {
+        EndIfInterrupted();
+        names.addDir(dir);
+    }
     return names.take();
 }
 

@@ -40,13 +40,17 @@ void AddPathOptions(CLI::App& app, PathOptions& options) {
     app.add_option("--cwd", options.currentDirectory, "its current directory")->type_name("DIR");
     app.add_option("--cache", options.cacheFile, "answer from a cache")->type_name("FILE");
     app.add_option("--root", options.root, "where its toolbox is")->type_name("DIR");
+    AddExtensionOption(app, options);
+    app.add_flag("--ignore-case", options.ignoreCase, "ignore case of names");
+    app.add_flag("--stats", options.stats, "what the load cost");
+}
+
+void AddExtensionOption(CLI::App& app, PathOptions& options) {
     app.add_option_function<std::string>(
            "--ext", [&options](const std::string& list) { AddExtensions(list, options); },
            "extensions, as 'v,p'")
         ->trigger_on_parse()
         ->type_name("LIST");
-    app.add_flag("--ignore-case", options.ignoreCase, "ignore case of names");
-    app.add_flag("--stats", options.stats, "what the load cost");
 }
 
 void UseDefaultPath(PathOptions& options) {

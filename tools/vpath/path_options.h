@@ -35,6 +35,9 @@ struct PathOptions {
 // The options write to `options`, which must outlive the parse.
 void AddPathOptions(CLI::App& app, PathOptions& options);
 
+// --ext alone, which is one of them.
+void AddExtensionOption(CLI::App& app, PathOptions& options);
+
 // After the parse: where no option said which directories are on the path, those of the list in
 // the environment variable VPATH are.
 void UseDefaultPath(PathOptions& options);

@@ -13,6 +13,7 @@
 #include <vpath/search.h>
 
 #include "exit_status.h"
+#include "interruption.h"
 #include "open_search.h"
 #include "path_names.h"
 
@@ -55,6 +56,7 @@ void TreeAdder::add(const std::string& root) {
 
     enter(root);
     while (!levels_.empty()) {
+        EndIfInterrupted();
         Level& level = levels_.back();
         if (level.next < level.subdirectories.size()) {
             enter(Join(level.name, level.subdirectories[level.next++]));

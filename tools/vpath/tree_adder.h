@@ -18,7 +18,8 @@ class TreeAdder {
     // out are hidden, private, class and package directories (the path reads the last three with
     // the directory that holds them), and links to a directory in which they lie, which have no
     // end. Directories that are on the path already stay where they are. Throws CommandError when
-    // there is no directory `root`.
+    // there is no directory `root`; LineInterrupted where interrupts are noted, with what it has
+    // added.
     void add(const std::string& root);
 
     // To be told of every listing that the library reads meanwhile, as described for
