@@ -104,7 +104,7 @@ Command AddShellCommand(CLI::App& app) {
     shell->fallthrough();
     shell->footer(
         "Loads the path once and runs the lines that are entered: the other commands but\n"
-        "watch and cache, --ext, --json and --color with them, and these:\n"
+        "watch, cache and report, --ext, --json and --color with them, and these:\n"
         "  cd DIR  add LIST  remove DIR  replace LIST  freeze DIR  refresh [DIR]\n"
         "  events on|off  help [COMMAND]  quit\n"
         "Words are quoted as in a shell; '#' begins a remark. Tab completes; Ctrl-C ends\n"
