@@ -1,4 +1,4 @@
-#!/usr/bin/env python3
+#!/usr/bin/python3
 """Draws cost against size, log-log, one panel for each group of operations.
 
     scripts/bench . --benchmark_out=results.json --benchmark_out_format=json
@@ -89,7 +89,7 @@ def main():
     missing = {name for panel in PANELS for _, name, _ in panel[3]} - measures.keys()
     if missing:
         sys.exit("plot.py: not in the results: " + ", ".join(sorted(missing)))
-    plt.rcParams.update({"svg.hashsalt": "libvpath", "font.size": 9})
+    plt.rcParams.update({"svg.hashsalt": "libvpath", "svg.fonttype": "none", "font.size": 9})
     figure, grid = plt.subplots(3, 2, figsize=(10, 12), layout="constrained")
     for panel, axes in zip(PANELS, grid.flat):
         draw(panel, axes, measures)
