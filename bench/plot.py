@@ -6,6 +6,7 @@
 
 Needs matplotlib (Debian: python3-matplotlib). The same results make the same file.
 """
+import io
 import json
 import sys
 
@@ -93,7 +94,10 @@ def main():
     figure, grid = plt.subplots(3, 2, figsize=(10, 12), layout="constrained")
     for panel, axes in zip(PANELS, grid.flat):
         draw(panel, axes, measures)
-    figure.savefig(sys.argv[2], metadata={"Date": None})
+    text = io.StringIO()
+    figure.savefig(text, metadata={"Date": None})
+    with open(sys.argv[2], "w", encoding="utf-8") as file:
+        file.writelines(line.rstrip() + "\n" for line in text.getvalue().splitlines())
 
 
 if __name__ == "__main__":

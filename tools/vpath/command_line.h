@@ -38,7 +38,7 @@ class CommandLine {
 
     Context& context_;
     const char* const help_;  // what tells more about wrong usage
-    std::string generated_;        // which text, if any
+    std::string generated_;   // which text, if any
     CLI::App app_;
     std::vector<Command> commands_;
 };

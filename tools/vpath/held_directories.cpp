@@ -144,7 +144,7 @@ std::string HeldDirectories::absolute(const std::string& name) const {
     while (rest.starts_with("../") || rest.starts_with("./") || rest == ".." || rest == ".") {
         if (rest.starts_with("..")) start.resize(start.rfind('/'));
         rest.remove_prefix(std::min(rest.find_first_of('/'), rest.size() - 1) + 1);
-        if (start.empty()) start = "/";
+        if (start.empty()) start += '/';
     }
     return WatchedName(JoinNames(start, std::string(rest)));
 }

@@ -38,7 +38,7 @@ std::string Milliseconds(double seconds, int decimals) { return Fixed(seconds * 
 // "12,345"
 std::string Count(size_t number) {
     std::string text = std::to_string(number);
-    for (size_t at = text.size(); at > 3;) text.insert(at -= 3, ",");
+    for (size_t at = text.size(); at > 3;) text.insert(at -= 3, 1, ',');
     return text;
 }
 

@@ -77,11 +77,12 @@ class Watch {
     }
 
     std::optional<TimePoint> nextDue() const {
-        std::optional<TimePoint> next = pollDue_;
-        for (const auto& due : {burst_.due(), follower_.retestDue()}) {
-            if (due && (!next || *due < *next)) next = due;
-        }
-        return next;
+        return earlier(pollDue_, earlier(burst_.due(), follower_.retestDue()));
+    }
+
+    static std::optional<TimePoint> earlier(const std::optional<TimePoint>& a,
+                                            const std::optional<TimePoint>& b) {
+        return !a || (b && *b < *a) ? b : a;
     }
 
     // Polls for as long as something cannot be watched, and says so the first time.
