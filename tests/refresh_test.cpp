@@ -1,3 +1,9 @@
+#include <algorithm>
+#include <cstring>
+#include <iterator>
+
+#include <hostkit/hostkit.h>
+
 #include "support/path_test.h"
 
 namespace {
@@ -160,6 +166,25 @@ unknown ; refreshall 4 => ; mark /a => yes ; mark /a => no
 refreshall 1 => /a ; mark /b => no ; unknown ; refreshall 4 => /b
 freeze /a ; unknown ; frozen /a => yes ; markall ; mark /a => no ; refreshall 4 => /cwd /b
 )");
+}
+
+// What a listing names twice is one child, known before or not.
+TEST_F(Refresh, NamesListedTwice) {
+    run("tree /a/f /a/d/ /a/+p/ /a/@C/ ; path /a");
+    host.directoryAnswers = {{"/a/+q", true}, {"/a/@D", true}};
+    const auto list = [](vpPath on, const char* name, unsigned int** words) {
+        if (std::strcmp(name, "/a") != 0) return FakeHost::list(on, name, words);
+        static constexpr char kNames[] = "f\0f\0g\0g\0d\0d\0e\0e\0+p\0+p\0+q\0+q\0@C\0@C\0@D\0@D\0";
+        auto* const listing = static_cast<char*>(hkMalloc(sizeof kNames));
+        std::copy(std::begin(kNames), std::end(kNames), listing);
+        *words = static_cast<unsigned int*>(hkMalloc(16 * sizeof(unsigned int)));
+        for (int i = 0; i < 16; ++i) (*words)[i] = i < 4 ? 0x8000 : 0x4000;
+        return listing;
+    };
+    vpSetIOFcns(path, list, FakeHost::accessibility, FakeHost::isReadable, FakeHost::isDir,
+                FakeHost::modificationTime);
+    run("refresh /a 3 ; holds /a => f g | d e | +p +q @C @D ; "
+        "refresh /a 3 => /a/+p /a/+q /a/@C /a/@D");
 }
 
 TEST_F(Refresh, VanishedDirectoriesAreTakenOffThePath) {
