@@ -125,9 +125,12 @@ Verdict Judge::refusal(const std::string& name, const Candidate& candidate) {
     const bool isPrivate = vpGetDirType(candidate.dir) == vpDirTypePrivate;
     const bool spellsDirectory = leaf.size() != name.size();
 
-    const bool fitsCase = fits(candidate, Rule::kCase);
     const bool fitsOwnExtension = fits(candidate, Rule::kOwnExtension);
-    const bool fitsExtensions = fits(candidate, Rule::kExtensions);
+    const bool fitsExtensions = fits(candidate, Rule::kExtensions) && isListedInItsCase(extension);
+    // Directories that the name spells out differ in case too, and so do classes of that name.
+    const bool fitsCase =
+        (isReached ? reachedByCase_.count(candidate.file) != 0 : fits(candidate, Rule::kCase)) &&
+        (!fitsOwnExtension || fits(candidate, Rule::kOwnExtensionCase));
     const bool isReadable = fits(candidate, Rule::kReadCheck);
 
     const char* words = !fitsCase                              ? "differs in case"
@@ -193,6 +196,10 @@ void Judge::ask(const std::string& name) {
     matches_.clear();
     for (const Candidate& match : matches) matches_.insert(match.file);
     considered_ = read(looseQuery_.searchAnyCase(WithoutExtension(name)));
+    reachedByCase_.clear();
+    for (Candidate& candidate : read(looseQuery_.search(WithoutExtension(name)))) {
+        reachedByCase_.insert(std::move(candidate.file));
+    }
     fitting_.clear();
     positions_.clear();
     for (const Candidate& candidate : considered_) {
@@ -206,15 +213,31 @@ bool Judge::fits(const Candidate& candidate, Rule rule) {
     const auto [at, isNew] = fitting_.try_emplace({candidate.dir.get(), rule});
     if (isNew) {
         const std::string leaf = LastComponent(*asked_);
-        const std::string name = rule == Rule::kOwnExtension ? leaf : WithoutExtension(leaf);
+        const bool withExtension = rule == Rule::kOwnExtension || rule == Rule::kOwnExtensionCase;
+        const bool byCase = rule == Rule::kCase || rule == Rule::kOwnExtensionCase;
+        const std::string name = withExtension ? leaf : WithoutExtension(leaf);
         ExtensionArray extensions = rule == Rule::kExtensions ? extensions_ : ExtensionArray();
         const Search search(
             vpCreateDirSearchIterator(candidate.dir, name.c_str(), extensions.data(),
                                       rule == Rule::kReadCheck ? readCheck_ : vpReadCheckSkip,
-                                      rule == Rule::kCase ? vpCaseOfPath : vpCaseInsensitive));
+                                      byCase ? vpCaseOfPath : vpCaseInsensitive));
         for (Candidate& found : read(search)) at->second.insert(std::move(found.file));
     }
     return at->second.count(candidate.file) != 0;
+}
+
+// Whether an extension that is listed, whatever the case, is so in its own as well.
+bool Judge::isListedInItsCase(const std::string& extension) const {
+    ExtensionArray extensions = extensions_;
+    const char** listed = extensions.data();
+    if (listed == nullptr || extension.empty() || !vpGetPathCaseSensitivity(path_)) return true;
+    bool differs = false;
+    for (; *listed != nullptr; ++listed) {
+        const std::string dotted = std::string(**listed == '.' ? "" : ".").append(*listed);
+        if (dotted == extension) return true;
+        differs = differs || Folded(dotted) == Folded(extension);
+    }
+    return !differs;
 }
 
 const char* Judge::hiddenWords(const std::string& name, const Candidate& hidden) const {

@@ -51,9 +51,10 @@ class Judge {
   private:
     std::vector<Candidate> read(const Search& search) const;
     void ask(const std::string& name);
-    enum class Rule { kStem, kCase, kOwnExtension, kExtensions, kReadCheck };
+    enum class Rule { kStem, kCase, kOwnExtension, kOwnExtensionCase, kExtensions, kReadCheck };
     bool fits(const Candidate& candidate, Rule rule);
     Verdict refusal(const std::string& name, const Candidate& candidate);
+    bool isListedInItsCase(const std::string& extension) const;
     const char* hiddenWords(const std::string& name, const Candidate& hidden) const;
     std::string unhide(const std::string& name, const Candidate& hidden) const;
     void readIndex();
@@ -70,7 +71,8 @@ class Judge {
     std::optional<std::string> asked_;
     std::optional<Candidate> winner_;
     std::unordered_set<std::string> matches_;
-    std::vector<Candidate> considered_;  // whatever their extension and case, in order
+    std::vector<Candidate> considered_;              // whatever their extension and case, in order
+    std::unordered_set<std::string> reachedByCase_;  // of those, without regard to extensions
     std::map<std::pair<const void*, Rule>, std::unordered_set<std::string>>
         fitting_;                                        // by directory
     std::unordered_map<std::string, size_t> positions_;  // of those files among them

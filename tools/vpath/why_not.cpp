@@ -1,4 +1,5 @@
 // vpath why-not: why a file does not answer to a name.
+#include <algorithm>
 #include <filesystem>
 #include <memory>
 #include <string>
@@ -35,8 +36,9 @@ std::string DirToAdd(std::string dirName) {
 Verdict VerdictOn(const std::string& name, const Candidate& candidate, Judge& judge) {
     std::error_code failed;
     if (vpGetDirType(candidate.dir) == vpDirTypeNone) {
-        const std::string dirName = candidate.file.substr(0, candidate.file.rfind('/'));
-        return {"not on the path", "add " + DirToAdd(dirName) + " with --path"};
+        const size_t slash = std::max<size_t>(candidate.file.rfind('/'), 1);  // keeps that of "/"
+        return {"not on the path",
+                "add " + DirToAdd(candidate.file.substr(0, slash)) + " with --path"};
     }
     if (judge.isKnown(candidate)) return judge.verdict(name, candidate);
     if (std::filesystem::is_directory(candidate.file, failed)) {
