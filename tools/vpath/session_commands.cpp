@@ -172,6 +172,22 @@ Command AddFreeze(CLI::App& app) {
             }};
 }
 
+// Takes in events however the line ends.
+class EventsForOneLine {
+  public:
+    explicit EventsForOneLine(Session& session)
+        : session_(session), wereShown_(session.areEventsShown()) {
+        session_.setEvents(true);
+    }
+    ~EventsForOneLine() { session_.setEvents(wereShown_); }
+    EventsForOneLine(const EventsForOneLine&) = delete;
+    EventsForOneLine& operator=(const EventsForOneLine&) = delete;
+
+  private:
+    Session& session_;
+    const bool wereShown_;
+};
+
 struct RefreshOptions {
     Names names;
     bool all = false;
@@ -189,8 +205,7 @@ Command AddRefresh(CLI::App& app, Session& session) {
         "  refresh --all");
     return {refresh, [options, &session](Context& context) {
                 const vpDirRefreshType type = options->all ? vpRefreshAlways : vpRefreshIfChanged;
-                const bool wereShown = session.areEventsShown();
-                session.setEvents(true);
+                const EventsForOneLine events(session);
                 if (options->names.empty()) {
                     vpRefreshAllDirectories(context.loaded().path, type);
                 }
@@ -200,7 +215,6 @@ Command AddRefresh(CLI::App& app, Session& session) {
                         return true;
                     });
                 session.tellEvents(context.output());
-                session.setEvents(wereShown);
                 return status;
             }};
 }
