@@ -25,6 +25,7 @@ struct FakeSystem {
     SystemTime waited{};
     bool moves = true;
     int denied = 0;  // of the modes of access(2)
+    int refusal = EACCES;
     int makeError = 0;
     int removalError = 0;
     int watchError = 0;
@@ -34,7 +35,7 @@ struct FakeSystem {
 
     ProbeSystem system() {
         return {
-            .access = [this](const std::string&, int mode) { return mode & denied ? EACCES : 0; },
+            .access = [this](const std::string&, int mode) { return mode & denied ? refusal : 0; },
             .timeOf = [this](const std::string&) { return dirTime; },
             .now = [this] { return now; },
             .sleep =
@@ -108,6 +109,12 @@ INSTANTIATE_TEST_SUITE_P(
             },
             "S:clock"},
         Row{"unreadable", [](FakeSystem& fake) { fake.denied = R_OK; }, "S:access"},
+        Row{"gone",
+            [](FakeSystem& fake) {
+                fake.denied = R_OK | W_OK | X_OK;
+                fake.refusal = ENOENT;
+            },
+            "S:access"},
         Row{"neither searched nor written", [](FakeSystem& fake) { fake.denied = X_OK; },
             "S:access u:time"},
         Row{"not written", [](FakeSystem& fake) { fake.denied = W_OK; }, "u:time"},

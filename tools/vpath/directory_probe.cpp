@@ -39,7 +39,7 @@ class DirectoryProbe {
         : dirName_(dirName), ignoresCase_(ignoresCase), system_(system) {}
 
     std::vector<Finding> run() {
-        probeAccess();
+        if (!probeAccess()) return std::move(findings_);
         const int watchError = system_.watch(dirName_);
         const auto before = system_.timeOf(dirName_);
         int error = system_.access(dirName_, W_OK | X_OK);
@@ -90,8 +90,15 @@ class DirectoryProbe {
         return false;
     }
 
-    void probeAccess() {
-        if (system_.access(dirName_, R_OK) != 0) {
+    // Whether there is a directory to probe further.
+    bool probeAccess() {
+        const int error = system_.access(dirName_, R_OK);
+        if (error == ENOENT || error == ENOTDIR) {
+            say("access", Health::kStale, "gone: its files are answered all the same",
+                "say 'refresh' in 'vpath shell', or take it off the path");
+            return false;
+        }
+        if (error != 0) {
             say("access", Health::kStale, "cannot be read: its files are not seen",
                 "give the permission with chmod u+r, or take it off the path");
         } else if (system_.access(dirName_, X_OK) != 0) {
@@ -100,6 +107,7 @@ class DirectoryProbe {
         } else {
             say("access", Health::kOk, "readable and searchable");
         }
+        return true;
     }
 
     void sayUnwritable(int error) {
