@@ -57,6 +57,7 @@ keys whi Tab
 expect '^vpath> which$'
 keys -- --st Tab
 expect '^vpath> which --stdin$'
+keys C-u && keys -- --js Tab sh Tab && expect '^vpath> --json shadows$'
 keys C-u fr Tab a Tab && expect '^vpath> freeze a/$'
 keys C-u 'which f' Tab Tab && expect '^foo +food$'
 keys C-u 'methods ' Tab && expect '^vpath> methods Shape$'

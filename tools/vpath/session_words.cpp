@@ -68,15 +68,18 @@ WordList InList(const std::string& begun) {
 }  // namespace
 
 WordList SessionWords::find(const WordList& before, const std::string& begun) {
-    const auto command = std::find_if(before.begin(), before.end(),
-                                      [](const std::string& word) { return word[0] != '-'; });
-    const std::string name = command == before.end() ? "" : *command;
-    if (begun.starts_with('-')) return Beginning(wordsOf(kOptions, name), begun);
-    if (name.empty()) return Beginning(wordsOf(kCommands), begun);
-
-    const std::string& last = before.back();
+    std::string name;
+    for (size_t at = 0; at < before.size() && name.empty(); ++at) {
+        const bool isValue = at > 0 && IsOneOf(before[at - 1], {"--ext", "--color"});
+        if (!isValue && !before[at].starts_with('-')) name = before[at];
+    }
+    const bool takesOptions = std::find(before.begin(), before.end(), "--") == before.end();
+    if (begun.starts_with('-') && takesOptions) return Beginning(wordsOf(kOptions, name), begun);
+    const std::string last = before.empty() ? "" : before.back();
     if (last == "--ext") return {};
     if (last == "--color") return Beginning({"always", "auto", "never"}, begun);
+    if (name.empty()) return Beginning(wordsOf(kCommands), begun);
+
     if (last == "--from-file") return OnDisk(begun, /*withFiles=*/true);
     if (IsOneOf(name, {"cd", "doctor"})) return OnDisk(begun, /*withFiles=*/false);
     if (IsOneOf(name, {"add", "replace", "diff"})) return InList(begun);
@@ -128,18 +131,18 @@ WordList SessionWords::read(Kind kind, const std::string& command) const {
             break;
         case kCommands:
         case kOptions:
-            return this->options(command);
+            return this->options(kind, command);
     }
     return words;
 }
 
 // The options of a command, or the commands.
-WordList SessionWords::options(const std::string& command) const {
+WordList SessionWords::options(Kind kind, const std::string& command) const {
     Context context;
     CommandLine line(context, CommandLine::OfShell());
     line.add(AddSessionCommands(line.app(), session_));
     WordList words;
-    if (command.empty()) {
+    if (kind == kCommands) {
         for (const Command& at : line.commands()) words.push_back(at.app->get_name());
         return words;
     }

@@ -26,7 +26,7 @@ class SessionWords {
     };
     const std::vector<std::string>& wordsOf(Kind kind, const std::string& command = "");
     std::vector<std::string> read(Kind kind, const std::string& command) const;
-    std::vector<std::string> options(const std::string& command) const;
+    std::vector<std::string> options(Kind kind, const std::string& command) const;
 
     Session& session_;
     std::vector<Source> sources_;  // those read since forget()
