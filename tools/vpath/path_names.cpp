@@ -51,13 +51,18 @@ std::string JoinNames(const std::string& dir, const std::string& name) {
     return dir.ends_with('/') ? dir + name : dir + "/" + name;
 }
 
+std::string DirOfFile(const std::string& fileName) {
+    const size_t slash = fileName.rfind('/');
+    if (slash == std::string::npos) return ".";
+    return fileName.substr(0, slash == 0 ? 1 : slash);
+}
+
 std::string LastComponent(const std::string& name) { return name.substr(name.rfind('/') + 1); }
 
 std::string FullFileName(const char* found) {
     if (vpIsAbsolutePath(found)) return found;
     const std::string name = found;
-    const size_t slash = name.rfind('/');
     // The file itself need not exist: links may dangle.
-    const auto dirName = FullDirName(slash == std::string::npos ? "." : name.substr(0, slash));
-    return dirName ? *dirName + "/" + name.substr(slash + 1) : name;
+    const auto dirName = FullDirName(DirOfFile(name));
+    return dirName ? JoinNames(*dirName, LastComponent(name)) : name;
 }

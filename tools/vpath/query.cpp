@@ -9,12 +9,6 @@
 
 namespace {
 
-std::string DirectoryOfFile(const std::string& fileName) {
-    const size_t slash = fileName.rfind('/');
-    if (slash == std::string::npos) return ".";
-    return fileName.substr(0, slash == 0 ? 1 : slash);
-}
-
 std::string FirstOf(const Search& search) {
     char file[kNameRoom];
     return vpFindNextFile(search.get(), nullptr, file) == 0 ? "" : FullFileName(file);
@@ -35,7 +29,7 @@ vpDir StartDirectory(const vpPath& path, const FromOptions& options) {
     const bool fromFile = options.dir.empty();
     if (fromFile && options.file.empty()) return vpGetNullDir(path);
 
-    const std::string dirName = fromFile ? DirectoryOfFile(options.file) : options.dir;
+    const std::string dirName = fromFile ? DirOfFile(options.file) : options.dir;
     const vpDir dir = FindDir(path, dirName);
     if (vpGetDirType(dir) == vpDirTypeNone) {
         throw CommandError((fromFile ? "--from-file " + options.file : "--from " + dirName) +

@@ -13,6 +13,7 @@
 #include <iterator>
 #include <memory>
 
+#include "descriptor.h"
 #include "exit_status.h"
 
 namespace {
@@ -61,20 +62,11 @@ class SignalBlock {
     sigset_t before_;
 };
 
-class Descriptor {
-  public:
-    Descriptor(const std::string& name, int flags) : file_(open(name.c_str(), flags | O_CLOEXEC)) {
-        if (file_ < 0) Fail(name);
-    }
-    ~Descriptor() { close(file_); }
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
-
-    int get() const { return file_; }
-
-  private:
-    int file_;
-};
+int Opened(const std::string& name, int flags) {
+    const int file = open(name.c_str(), flags | O_CLOEXEC);
+    if (file < 0) Fail(name);
+    return file;
+}
 
 mode_t ModeOfNewFile() {
     const mode_t mask = umask(0);
@@ -125,7 +117,7 @@ ReplacementFile::~ReplacementFile() {
 }
 
 void ReplacementFile::putInPlace() {
-    const Descriptor file(name_, O_RDONLY);
+    const Descriptor file(Opened(name_, O_RDONLY));
     // Who may not give the file away keeps it: the permissions are what readers need.
     if (fchown(file.get(), owner_, group_) != 0) errno = 0;
     if (fchmod(file.get(), mode_) != 0 || fsync(file.get()) != 0) Fail(name_);
@@ -135,6 +127,6 @@ void ReplacementFile::putInPlace() {
         removedBySignal[0] = '\0';
     }
     // Not every file system has this for directories.
-    const Descriptor directory(directory_, O_RDONLY | O_DIRECTORY);
+    const Descriptor directory(Opened(directory_, O_RDONLY | O_DIRECTORY));
     if (fsync(directory.get()) != 0 && errno != EINVAL) Fail(directory_);
 }

@@ -1,5 +1,4 @@
 // vpath why-not: why a file does not answer to a name.
-#include <algorithm>
 #include <filesystem>
 #include <memory>
 #include <string>
@@ -36,9 +35,7 @@ std::string DirToAdd(std::string dirName) {
 Verdict VerdictOn(const std::string& name, const Candidate& candidate, Judge& judge) {
     std::error_code failed;
     if (vpGetDirType(candidate.dir) == vpDirTypeNone) {
-        const size_t slash = std::max<size_t>(candidate.file.rfind('/'), 1);  // keeps that of "/"
-        return {"not on the path",
-                "add " + DirToAdd(candidate.file.substr(0, slash)) + " with --path"};
+        return {"not on the path", "add " + DirToAdd(DirOfFile(candidate.file)) + " with --path"};
     }
     if (judge.isKnown(candidate)) return judge.verdict(name, candidate);
     if (std::filesystem::is_directory(candidate.file, failed)) {
@@ -53,9 +50,6 @@ ExitStatus RunWhyNot(const WhyNotOptions& options, Context& context) {
     const vpPath path = context.loaded().path;
     const vpDir from = StartDirectory(path, options.from);
 
-    const size_t slash = options.file.rfind('/');
-    const std::string dirName =
-        slash == std::string::npos ? "." : options.file.substr(0, slash == 0 ? 1 : slash);
     const std::string file = FullFileName(options.file.c_str());
     std::error_code failed;
     if (std::filesystem::symlink_status(file, failed).type() ==
@@ -65,7 +59,8 @@ ExitStatus RunWhyNot(const WhyNotOptions& options, Context& context) {
     }
     Judge judge(path, from, options.verify ? vpReadCheckVerify : vpReadCheckSkip,
                 context.options.extensionArray());
-    const Verdict verdict = VerdictOn(options.name, {file, FindDir(path, dirName)}, judge);
+    const Verdict verdict =
+        VerdictOn(options.name, {file, FindDir(path, DirOfFile(options.file))}, judge);
     context.output().print(CandidateRecord(options.name, file, verdict));
     return verdict.wins() ? kExitFound : kExitNotFound;
 }
