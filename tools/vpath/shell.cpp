@@ -29,19 +29,19 @@ struct Line {
 // A line with those in which it goes on.
 LineReader::Result ReadCommand(LineReader& reader, Line& line) {
     LineReader::Result result = reader.read("vpath> ", line.text);
-    while (result == LineReader::Result::kLine) {
-        line.words = SplitWords(line.text);
-        if (line.words.quote == '\0' && !line.words.endsInBackslash) break;
+    if (result == LineReader::Result::kLine) AddWords(line.text, line.words);
+    while (result == LineReader::Result::kLine &&
+           (line.words.quote != '\0' || line.words.endsInBackslash)) {
         std::string more;
         result = reader.read("> ", more);
         if (line.words.endsInBackslash) {
             line.text.pop_back();
         } else if (result == LineReader::Result::kLine) {
-            line.text += '\n';
+            more.insert(0, 1, '\n');
         }
         line.text += more;
+        AddWords(more, line.words);
         if (result != LineReader::Result::kEnd) continue;
-        line.words = SplitWords(line.text);
         if (line.words.quote != '\0') {
             line.problem = std::string("a ") + line.words.quote + " without its end";
         }

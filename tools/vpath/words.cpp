@@ -9,6 +9,12 @@ constexpr std::string_view kSparedInQuotes = "$`\"\\";
 
 Words SplitWords(std::string_view line) {
     Words result;
+    AddWords(line, result);
+    return result;
+}
+
+void AddWords(std::string_view line, Words& result) {
+    result.endsInBackslash = false;
     bool& inWord = result.isLastOpen;
     for (size_t at = 0; at < line.size(); ++at) {
         const char c = line[at];
@@ -16,18 +22,20 @@ Words SplitWords(std::string_view line) {
             inWord = false;
             continue;
         }
+        if (c == '\\' && result.quote != '\'' && at + 1 == line.size()) {
+            result.endsInBackslash = true;
+            return;
+        }
         if (!inWord) {
             result.isRemark = c == '#';
-            if (result.isRemark) return result;
+            if (result.isRemark) return;
             inWord = true;
             result.words.emplace_back();
         }
         std::string& word = result.words.back();
         if (c == '\\' && result.quote != '\'') {
-            if (at + 1 == line.size()) {
-                result.endsInBackslash = true;
-            } else if (result.quote == '\0' ||
-                       kSparedInQuotes.find(line[at + 1]) != std::string_view::npos) {
+            if (result.quote == '\0' ||
+                kSparedInQuotes.find(line[at + 1]) != std::string_view::npos) {
                 word += line[++at];
             } else {
                 word += c;
@@ -38,7 +46,6 @@ Words SplitWords(std::string_view line) {
             word += c;
         }
     }
-    return result;
 }
 
 std::string Quoted(std::string_view text, char quote) {

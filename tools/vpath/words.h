@@ -17,5 +17,8 @@ struct Words {
 
 Words SplitWords(std::string_view line);
 
+// Goes on with what the line is followed by; a backslash at its end counts for nothing.
+void AddWords(std::string_view line, Words& result);
+
 // The text as it stands in a line, where that quote is open: '\0' for none.
 std::string Quoted(std::string_view text, char quote);
