@@ -27,6 +27,10 @@ vpDir FindDir(const vpPath& path, const std::string& name) {
     const auto fullName = FullDirName(name);
     if (vpGetDirType(found) != vpDirTypeNone || !fullName) return found;
     found = vpFindDirFullName(path, fullName->c_str());
+    const std::string current = JoinNames(FullDirName(".").value_or("/"), "");
+    if (vpGetDirType(found) == vpDirTypeNone && fullName->starts_with(current)) {
+        found = vpFindDirFullName(path, fullName->c_str() + current.size());
+    }
     vpDir dir = vpGetNullDir(path);
     while (vpGetDirType(found) == vpDirTypeNone) {
         dir = vpGetNextPathDir(dir);
