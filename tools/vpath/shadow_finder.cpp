@@ -1,7 +1,9 @@
 #include "shadow_finder.h"
 
 #include <algorithm>
+#include <filesystem>
 #include <fstream>
+#include <system_error>
 #include <unordered_map>
 #include <unordered_set>
 #include <utility>
@@ -13,6 +15,11 @@
 namespace {
 
 const char* Compared(const std::string& a, const std::string& b) {
+    // Others may have no end, or wait for a writer.
+    std::error_code failed;
+    for (const std::string& file : {a, b}) {
+        if (!std::filesystem::is_regular_file(file, failed)) return "unreadable";
+    }
     std::ifstream first(a, std::ios::binary);
     std::ifstream second(b, std::ios::binary);
     std::vector<char> firstBytes(1 << 16);
