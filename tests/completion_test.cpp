@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "tools/vpath/completion.h"
-#include "tools/vpath/words.h"
+#include "shell/completion.h"
+#include "shell/words.h"
 
 namespace {
 

@@ -7,8 +7,8 @@
 #include <ostream>
 #include <string>
 
-#include "tools/vpath/directory_probe.h"
-#include "tools/vpath/exit_status.h"
+#include "doctor/directory_probe.h"
+#include "output/exit_status.h"
 
 namespace {
 

@@ -5,10 +5,10 @@
 #include <optional>
 #include <utility>
 
-#include "exit_status.h"
-#include "loaded_path.h"
-#include "output.h"
-#include "path_options.h"
+#include "loading/loaded_path.h"
+#include "options/path_options.h"
+#include "output/exit_status.h"
+#include "output/output.h"
 
 namespace CLI {
 class App;

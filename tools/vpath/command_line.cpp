@@ -4,10 +4,10 @@
 
 #include <vpath/path.h>
 
-#include "console.h"
 #include "generate.h"
 #include "help.h"
-#include "stats.h"
+#include "loading/stats.h"
+#include "output/console.h"
 
 namespace {
 

@@ -2,7 +2,7 @@
 
 #include <CLI/CLI.hpp>
 
-#include "output.h"
+#include "output/output.h"
 
 namespace {
 

@@ -7,8 +7,8 @@
 
 #include "command_words.h"
 #include "embedded_texts.h"
-#include "exit_status.h"
-#include "text_template.h"
+#include "output/exit_status.h"
+#include "output/text_template.h"
 
 namespace {
 

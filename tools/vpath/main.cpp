@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "command_line.h"
-#include "console.h"
+#include "output/console.h"
 
 int main(int argc, char** argv) {
     // A closed pipe, or a file at the limit of its size, shows as a failed write instead.

@@ -1,8 +1,0 @@
-#pragma once
-
-#include "loaded_path.h"
-#include "record.h"
-
-// What the path holds, what loading it took and which callbacks the host has been asked since.
-// Cost: everything that the path holds.
-Record StatsRecord(const LoadedPath& loaded);
