@@ -1,5 +1,7 @@
 #include "commands/verdicts.h"
 
+#include <filesystem>
+#include <system_error>
 #include <unordered_set>
 #include <utility>
 
@@ -105,6 +107,10 @@ std::vector<Candidate> Judge::candidates(const std::string& name) {
 
 Verdict Judge::verdict(const std::string& name, const Candidate& candidate) {
     ask(name);
+    std::error_code failed;
+    if (std::filesystem::is_directory(candidate.file, failed)) {
+        return {"became a directory", "refresh the path or write its cache file anew"};
+    }
     if (matches_.count(candidate.file) != 0) {
         if (winner_->file == candidate.file) return {"wins", std::nullopt};
         return {hiddenWords(name, candidate), unhide(name, candidate)};

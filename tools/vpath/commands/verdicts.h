@@ -41,8 +41,9 @@ class Judge {
     // path order. Cost: the files of the path, once, then the candidates.
     std::vector<Candidate> candidates(const std::string& name);
 
-    // On a file that its directory is known to hold. Cost: the files that answer to the name, once
-    // for verdicts on the same name that follow each other.
+    // On a file that its directory is known to hold, which the disk may have turned into a
+    // directory meanwhile. Cost: a look at the disk; the files that answer to the name, once for
+    // verdicts on the same name that follow each other.
     Verdict verdict(const std::string& name, const Candidate& candidate);
 
     // Whether the directory is known to hold the file.

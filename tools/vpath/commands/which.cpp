@@ -1,8 +1,10 @@
 // vpath which: the files that a name stands for, in order of precedence.
 #include <climits>
+#include <filesystem>
 #include <functional>
 #include <memory>
 #include <string>
+#include <system_error>
 #include <unordered_set>
 #include <vector>
 
@@ -32,7 +34,11 @@ struct WhichOptions {
 
 // Why a name was not found, as far as a looser question tells, and what would find it.
 std::string Explain(const std::string& name, Query& query, const Context& context) {
-    std::string found;
+    std::string found = query.firstOfAnyCase(name);
+    std::error_code failed;
+    if (!found.empty() && std::filesystem::is_directory(found, failed)) {
+        return found + " became a directory";
+    }
     if (query.filtersExtensions() && !(found = query.firstOfAnyExtension(name)).empty()) {
         return found + " has another extension; list it in --ext";
     }

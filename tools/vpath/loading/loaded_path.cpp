@@ -4,6 +4,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <chrono>
 #include <cstring>
@@ -57,9 +58,24 @@ std::string TreeRoot(const std::string& name) {
     return *root;
 }
 
+// The directories that the options name; 0 when only reading tells.
+size_t NamedDirectories(const PathOptions& options) {
+    size_t count = 0;
+    for (const PathSource& source : options.sources) {
+        if (source.kind != PathSource::kList) return 0;
+        count +=
+            1 + static_cast<size_t>(std::count_if(source.text.begin(), source.text.end(),
+                                                  [](char c) { return c == ':' || c == ';'; }));
+    }
+    return count;
+}
+
 void AddSources(const vpPath& path, const PathOptions& options,
                 std::vector<std::ifstream>& listFiles) {
     Progress progress;
+    progress.expect(NamedDirectories(options), [&path] {
+        return static_cast<size_t>(vpGetNumPathDirs(path)) - 1;  // without the current directory
+    });
     TreeAdder trees(path, options.ignoreCase);
     const ListingObservation observation(
         [&](const char* dirName, const char* names, const unsigned int* words) {

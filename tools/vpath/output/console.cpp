@@ -16,7 +16,7 @@ namespace {
 void CheckOutput(bool written) {
     if (written) return;
     if (errno == EPIPE) throw OutputClosed();
-    throw CommandError(std::string("cannot write the output: ") + std::strerror(errno));
+    throw OutputFailed(std::string("cannot write the output: ") + std::strerror(errno));
 }
 
 }  // namespace

@@ -5,12 +5,18 @@
 #include <string>
 #include <string_view>
 
+#include "output/exit_status.h"
+
 // Thrown when the reader of standard output has gone away; the command then ends quietly.
 struct OutputClosed {};
 
+// The output cannot be written for another reason: nothing that goes on after errors goes on.
+struct OutputFailed : CommandError {
+    using CommandError::CommandError;
+};
+
 // Write to standard output. The text is written as it is, whatever bytes it holds. Throw
-// OutputClosed, or CommandError when the output cannot be written for another reason; and
-// LineInterrupted where interrupts are noted.
+// OutputClosed or OutputFailed; and LineInterrupted where interrupts are noted.
 void Print(std::string_view text);
 void PrintLine(std::string_view line);
 void FlushOutput();

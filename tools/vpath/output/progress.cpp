@@ -4,6 +4,7 @@
 
 #include <csignal>
 #include <cstdio>
+#include <utility>
 
 #include "output/console.h"
 
@@ -39,6 +40,11 @@ Progress::Progress()
 
 Progress::~Progress() { eraseShown(); }
 
+void Progress::expect(size_t steps, std::function<size_t()> done) {
+    steps_ = steps;
+    done_ = std::move(done);
+}
+
 void Progress::countDirectory() {
     ++directories_;
     const Clock::time_point now = Clock::now();
@@ -50,6 +56,12 @@ void Progress::show(Clock::time_point now) {
     std::fprintf(stderr, "%sreading: %llu directories, %.0f a second", kEraseLine,
                  static_cast<unsigned long long>(directories_),
                  static_cast<double>(directories_) / elapsed.count());
+    const size_t done = steps_ != 0 ? done_() : 0;
+    if (done != 0 && done <= steps_) {
+        std::fprintf(
+            stderr, ", %.0f s left",
+            elapsed.count() * static_cast<double>(steps_ - done) / static_cast<double>(done));
+    }
     std::fflush(stderr);
     if (shown == 0) EraseWhenInterrupted();
     shown = 1;

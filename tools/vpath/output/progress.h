@@ -2,7 +2,9 @@
 #pragma once
 
 #include <chrono>
+#include <cstddef>
 #include <cstdint>
+#include <functional>
 
 // Counts directories. The line is shown after half a second, on standard error and only when that
 // is a terminal; it is overwritten while the count grows and erased at the end.
@@ -12,6 +14,10 @@ class Progress {
     ~Progress();
     Progress(const Progress&) = delete;
     Progress& operator=(const Progress&) = delete;
+
+    // How many steps there are, when that is known, and how many are done: from the two comes the
+    // remaining time. Steps need not be directories.
+    void expect(size_t steps, std::function<size_t()> done);
 
     void countDirectory();
 
@@ -26,4 +32,6 @@ class Progress {
     const Clock::time_point start_;
     Clock::time_point nextShow_;
     uint64_t directories_ = 0;
+    size_t steps_ = 0;
+    std::function<size_t()> done_;
 };

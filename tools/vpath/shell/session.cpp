@@ -56,6 +56,8 @@ ExitStatus Session::run(const std::vector<std::string>& words) {
     if (words.empty()) return kExitFound;
     try {
         return runLine(words);
+    } catch (const OutputFailed&) {
+        throw;
     } catch (const LineInterrupted&) {
         return kExitInterrupted;
     } catch (const std::exception& error) {
