@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <cstring>
 #include <iterator>
+#include <utility>
 
 #include <hostkit/hostkit.h>
 
@@ -166,6 +167,20 @@ unknown ; refreshall 4 => ; mark /a => yes ; mark /a => no
 refreshall 1 => /a ; mark /b => no ; unknown ; refreshall 4 => /b
 freeze /a ; unknown ; frozen /a => yes ; markall ; mark /a => no ; refreshall 4 => /cwd /b
 )");
+}
+
+// A directory that has not changed, and had nothing in it until the host was asked about it.
+TEST_F(Refresh, GoesOnWithWhatTheHostPutThere) {
+    run("tree /a/ ; path /a ; now 30 ; calls");
+    bool isFirst = true;
+    host.onCall = [&](const std::string& call) {
+        if (call != "time /a" || !std::exchange(isFirst, false)) return;
+        host.add({"/a/@C/"});
+        vpRefreshDirectory(dir("/a"), vpRefreshAlways);
+        forget();
+    };
+    vpRefreshAllDirectories(path, vpRefreshIfChanged);
+    EXPECT_EQ(host.takeCalls(), "time /a/@C");
 }
 
 // What a listing names twice is one child, known before or not.

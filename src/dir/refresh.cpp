@@ -1,5 +1,6 @@
 #include "dir/refresh.h"
 
+#include <optional>
 #include <utility>
 
 #include <vpath/path.h>
@@ -72,14 +73,15 @@ void PushChildren(const PathAllDirItemInfo& directory, HkVector<DirRef>& stack) 
     }
 }
 
-// Refreshes one directory; false when what lies beneath it is to be left alone too. `isChanged`
-// when the host was asked already, and that was its answer.
-bool RefreshOne(PathAllDirItemInfo& directory, int type, bool isChanged, bool& anyReread) {
+// Refreshes one directory; false when what lies beneath it is to be left alone too. `known` is what
+// was decided of it when the host was asked already.
+bool RefreshOne(PathAllDirItemInfo& directory, int type, std::optional<Verdict> known,
+                bool& anyReread) {
     if (directory.hasDirFlag(PathAllDirItemInfo::kReading)) {
         directory.markChanged();
         return false;
     }
-    switch (isChanged ? Verdict::kReread : Decide(directory, type)) {
+    switch (known ? *known : Decide(directory, type)) {
         case Verdict::kSkipWithAllBeneath:
             return false;
         case Verdict::kLeave:
@@ -104,13 +106,17 @@ PathDirItemInfo* SkipFrozen(const PathOrder& directories, PathDirItemInfo* at, i
     return at;
 }
 
+bool HoldsNoDirectory(const PathAllDirItemInfo& directory) {
+    return directory.packageDirs.empty() && directory.classDirs.empty() &&
+           directory.privateDir == nullptr;
+}
+
 // A directory that a refresh has to ask the host about, and that holds none to go on with.
 bool IsLeafToTest(const PathDirItemInfo& directory, int type) {
     return SkipsFrozen(type) && directory.dirFlags == 0 &&
            (directory.loadState == PathAllDirItemInfo::kRead ||
             directory.loadState == PathAllDirItemInfo::kToBeTested) &&
-           directory.packageDirs.empty() && directory.classDirs.empty() &&
-           directory.privateDir == nullptr;
+           HoldsNoDirectory(directory);
 }
 
 // Brings a directory into the caches while the host is asked about the one before it.
@@ -136,11 +142,11 @@ void VisitTree(PathAllDirItemInfo& directory, Visit visit) {
     }
 }
 
-// `isChanged` as RefreshOne takes it, of the directory itself.
-bool RefreshTree(PathAllDirItemInfo& directory, int type, bool isChanged) {
+// `known` as RefreshOne takes it, of the directory itself.
+bool RefreshTree(PathAllDirItemInfo& directory, int type, std::optional<Verdict> known) {
     bool anyReread = false;
     VisitTree(directory, [&](PathAllDirItemInfo& at) {
-        return RefreshOne(at, type, std::exchange(isChanged, false), anyReread);
+        return RefreshOne(at, type, std::exchange(known, std::nullopt), anyReread);
     });
     return anyReread;
 }
@@ -148,7 +154,7 @@ bool RefreshTree(PathAllDirItemInfo& directory, int type, bool isChanged) {
 }  // namespace
 
 bool RefreshDirectory(PathAllDirItemInfo& directory, int type) {
-    return RefreshTree(directory, type, /*isChanged=*/false);
+    return RefreshTree(directory, type, std::nullopt);
 }
 
 void RefreshAllDirectories(PathMgr& path, int type) {
@@ -156,10 +162,11 @@ void RefreshAllDirectories(PathMgr& path, int type) {
     ItemRef<PathDirItemInfo> at(SkipFrozen(directories, directories.first(), type));
     while (at && path.valid) {
         if (at->nextOnPath != nullptr) Prefetch(*at->nextOnPath);
-        // Most directories of most paths are leaves that have not changed: no walk for those.
-        const bool isLeaf = IsLeafToTest(*at, type);
-        const bool isChanged = isLeaf && HasChanged(*at);
-        if (isChanged || !isLeaf) RefreshTree(*at, type, isChanged);
+        // Most directories of most paths are leaves that have not changed: no walk for those,
+        // unless the host has put something into them while it was asked.
+        std::optional<Verdict> known;
+        if (IsLeafToTest(*at, type)) known = HasChanged(*at) ? Verdict::kReread : Verdict::kLeave;
+        if (known != Verdict::kLeave || !HoldsNoDirectory(*at)) RefreshTree(*at, type, known);
         at.reset(SkipFrozen(directories, directories.nextAfter(*at), type));
     }
 }
@@ -169,7 +176,7 @@ void FreezeDirectory(PathAllDirItemInfo& directory) {
         if (at.isFrozen()) return true;
         bool anyReread = false;
         if (at.loadState != PathAllDirItemInfo::kRead)
-            RefreshOne(at, vpRefreshIfChanged, /*isChanged=*/false, anyReread);
+            RefreshOne(at, vpRefreshIfChanged, std::nullopt, anyReread);
         at.changeCount = 1;
         at.stampMode = kStampModeHeld;
         at.loadState = PathAllDirItemInfo::kFrozen;

@@ -14,6 +14,7 @@
 #include <memory>
 
 #include "output/exit_status.h"
+#include "output/signal_block.h"
 #include "watch/descriptor.h"
 
 namespace {
@@ -44,23 +45,6 @@ void HandleSignals() {
         sigaction(signal, &action, nullptr);
     }
 }
-
-// While it lives, the signals wait.
-class SignalBlock {
-  public:
-    SignalBlock() {
-        sigset_t ending;
-        sigemptyset(&ending);
-        for (const int signal : kEndingSignals) sigaddset(&ending, signal);
-        sigprocmask(SIG_BLOCK, &ending, &before_);
-    }
-    ~SignalBlock() { sigprocmask(SIG_SETMASK, &before_, nullptr); }
-    SignalBlock(const SignalBlock&) = delete;
-    SignalBlock& operator=(const SignalBlock&) = delete;
-
-  private:
-    sigset_t before_;
-};
 
 int Opened(const std::string& name, int flags) {
     const int file = open(name.c_str(), flags | O_CLOEXEC);

@@ -34,16 +34,17 @@ struct WhichOptions {
 
 // Why a name was not found, as far as a looser question tells, and what would find it.
 std::string Explain(const std::string& name, Query& query, const Context& context) {
-    std::string found = query.firstOfAnyCase(name);
+    const std::string ofAnyCase = query.firstOfAnyCase(name);
     std::error_code failed;
-    if (!found.empty() && std::filesystem::is_directory(found, failed)) {
-        return found + " became a directory";
+    if (!ofAnyCase.empty() && std::filesystem::is_directory(ofAnyCase, failed)) {
+        return ofAnyCase + " became a directory";
     }
+    std::string found;
     if (query.filtersExtensions() && !(found = query.firstOfAnyExtension(name)).empty()) {
         return found + " has another extension; list it in --ext";
     }
-    if (!context.options.ignoreCase && !(found = query.firstOfAnyCase(name)).empty()) {
-        return found + " differs in case; use --ignore-case";
+    if (!context.options.ignoreCase && !ofAnyCase.empty()) {
+        return ofAnyCase + " differs in case; use --ignore-case";
     }
     if (!(found = query.firstPrivate(name)).empty()) {
         return found + " is private; ask --from its directory";

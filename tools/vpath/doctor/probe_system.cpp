@@ -2,7 +2,6 @@
 
 #include <fcntl.h>
 #include <poll.h>
-#include <signal.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -11,6 +10,7 @@
 #include <memory>
 #include <thread>
 
+#include "output/signal_block.h"
 #include "watch/descriptor.h"
 #include "watch/file_systems.h"
 #include "watch/inotify.h"
@@ -25,22 +25,6 @@ std::optional<SystemTime> TimeOf(const std::string& dirName) {
     return std::chrono::seconds(status.st_mtim.tv_sec) + SystemTime(status.st_mtim.tv_nsec);
 }
 
-// No signal comes between the making of a file and its removal.
-class SignalsHeldBack {
-  public:
-    SignalsHeldBack() {
-        sigset_t all;
-        sigfillset(&all);
-        sigprocmask(SIG_BLOCK, &all, &before_);
-    }
-    ~SignalsHeldBack() { sigprocmask(SIG_SETMASK, &before_, nullptr); }
-    SignalsHeldBack(const SignalsHeldBack&) = delete;
-    SignalsHeldBack& operator=(const SignalsHeldBack&) = delete;
-
-  private:
-    sigset_t before_;
-};
-
 bool AnswersInCapitals(int dir, std::string name) {
     struct stat status;
     struct stat other;
@@ -54,7 +38,7 @@ MadeFile MakeFile(const std::string& dirName) {
     static int count = 0;
     MadeFile made;
     const Descriptor dir(open(dirName.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
-    const SignalsHeldBack heldBack;
+    const SignalBlock untilRemoved;
     int fd = -1;
     do {
         made.name =

@@ -21,10 +21,6 @@ namespace {
 
 constexpr unsigned int kDirectoryWord = 0x4000;
 
-std::string Join(const std::string& dir, const std::string& name) {
-    return dir == "/" ? dir + name : dir + "/" + name;
-}
-
 // The name without links, by which ".." goes.
 std::string PhysicalName(const std::string& name) {
     const std::unique_ptr<char, decltype(&std::free)> resolved(realpath(name.c_str(), nullptr),
@@ -59,7 +55,7 @@ void TreeAdder::add(const std::string& root) {
         EndIfInterrupted();
         Level& level = levels_.back();
         if (level.next < level.subdirectories.size()) {
-            enter(Join(level.name, level.subdirectories[level.next++]));
+            enter(JoinNames(level.name, level.subdirectories[level.next++]));
         } else {
             levels_.pop_back();
             above_.pop_back();

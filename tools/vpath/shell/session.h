@@ -13,7 +13,8 @@ class Session {
     // Loads the path of the context, whose options hold for every line unless it has its own.
     explicit Session(Context& context);
 
-    // Runs a line. What is wrong with it is said on standard error. Throws OutputClosed alone.
+    // Runs a line. What is wrong with it is said on standard error. Throws OutputClosed
+    // and OutputFailed alone.
     ExitStatus run(const std::vector<std::string>& words);
 
     const vpPath& path() const { return loaded_.path; }
