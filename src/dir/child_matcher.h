@@ -20,11 +20,17 @@ class ChildMatcher {
         : children_(children), count_(children.size()) {}
 
     // The first child with exactly this name (without the mark of a special directory), or null.
+    // The bytes of `name` live as long as the matcher.
     Item* find(std::string_view name) {
         // A name listed twice is the first child again.
-        if (at_ > 0 && Names(*children_[at_ - 1], name)) return children_[at_ - 1];
+        if (at_ > 0 && name == lastFound_ && children_[at_ - 1]->has(PathItemInfo::kLinked)) {
+            return children_[at_ - 1];
+        }
         while (at_ < count_ && !children_[at_]->has(PathItemInfo::kLinked)) ++at_;
-        if (at_ < count_ && Names(*children_[at_], name)) return children_[at_++];
+        if (at_ < count_ && Names(*children_[at_], name)) {
+            lastFound_ = name;
+            return children_[at_++];
+        }
         if (!indexed_) makeIndex();
         const auto found = index_.equal_range(std::hash<std::string_view>()(name));
         Item* first = nullptr;
@@ -36,7 +42,10 @@ class ChildMatcher {
                 firstPlace = entry->second;
             }
         }
-        if (firstPlace < count_) at_ = firstPlace + 1;
+        if (firstPlace < count_) {
+            at_ = firstPlace + 1;
+            lastFound_ = name;
+        }
         return first;
     }
 
@@ -69,7 +78,8 @@ class ChildMatcher {
 
     const HkVector<Item*>& children_;
     size_t count_;
-    size_t at_ = 0;
+    size_t at_ = 0;               // behind the child that was found last
+    std::string_view lastFound_;  // its name
     bool indexed_ = false;
     HkString name_;
     std::unordered_multimap<size_t, size_t, std::hash<size_t>, std::equal_to<>,

@@ -15,7 +15,8 @@ ReadInProgress::ReadInProgress(PathAllDirItemInfo& directory)
 }
 
 bool ReadInProgress::current() const {
-    return directory_->life == life_ && directory_->path() != nullptr;
+    return directory_->life == life_ && directory_->top != nullptr &&
+           directory_->top->owner != nullptr;
 }
 
 void ReadInProgress::finish(uint8_t loadState) {
@@ -64,7 +65,7 @@ class DepthFirstRead {
 
   private:
     void begin(PathAllDirItemInfo& directory, bool frozen, bool nested) {
-        ReadFrame& frame = frames_.emplace_back(directory, frozen, nested);
+        ReadFrame& frame = push(directory, frozen, nested);
         // The stamp comes before the listing: what changes in between shows at the next test.
         ReadStampAfterLoad(directory);
         if (!frame.read.current()) return;
@@ -74,6 +75,15 @@ class DepthFirstRead {
         directory.files.reserve(
             listing.countFiles());  // most are never read again: no room to spare
         listing.prefetchNames();
+    }
+
+    ReadFrame& push(PathAllDirItemInfo& directory, bool frozen, bool nested) {
+        try {
+            return frames_.emplace_back(directory, frozen, nested);
+        } catch (...) {
+            ReadInProgress(directory).breakOff();
+            throw;
+        }
     }
 
     void step() {

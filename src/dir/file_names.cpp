@@ -5,8 +5,13 @@
 #include "pathname/text.h"
 
 bool HasName(const PathItemInfo& item, std::string_view name) {
-    const std::string_view base = item.name();
-    const char* const extension = item.isFile() ? item.getExtension() : nullptr;
+    if (item.isFile()) return HasName(static_cast<const PathFileItemInfo&>(item), name);
+    return name == item.name();
+}
+
+bool HasName(const PathFileItemInfo& file, std::string_view name) {
+    const std::string_view base = file.name();
+    const char* const extension = file.getExtension();
     if (extension == nullptr) return name == base;
     return name.size() > base.size() && name.starts_with(base) && name[base.size()] == '.' &&
            name.substr(base.size() + 1) == extension;

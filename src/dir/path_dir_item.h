@@ -37,6 +37,7 @@ class PathDirItemInfo : public PathAllDirItemInfo {
     void leavePath();
 
     PathDirItemInfo* nextOnPath = nullptr;  // see path/path_order.h
+    const void* ahead = nullptr;            // for the walks of dir/refresh.cpp; never followed
     PathMgr* owner;                         // null once the path was removed
     const uint32_t fullNameLength;
     uint32_t foldedNameHash = 0;  // of the lower-cased full name

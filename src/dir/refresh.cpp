@@ -97,10 +97,21 @@ bool RefreshOne(PathAllDirItemInfo& directory, int type, std::optional<Verdict> 
 }
 
 // `at`, or the first directory after it with which a refresh has anything to do: frozen ones, which
-// may be most of a path, are passed over in the list.
+// may be most of a path, are passed over in the list. Each walk leaves in a directory where the one
+// lay that it met kAhead later, so that the next walk can ask for that ahead of its turn: a list
+// alone tells no more than where the next one is. The hint may be out of date.
 PathDirItemInfo* SkipFrozen(const PathOrder& directories, PathDirItemInfo* at, int type) {
+    constexpr size_t kAhead = 6;
     if (!SkipsFrozen(type)) return at;
-    while (at != nullptr && at->isFrozen() && !at->hasDirFlag(PathAllDirItemInfo::kReading)) {
+    PathDirItemInfo* behind = at;
+    for (size_t passed = 0;
+         at != nullptr && at->isFrozen() && !at->hasDirFlag(PathAllDirItemInfo::kReading);
+         ++passed) {
+        __builtin_prefetch(at->ahead);
+        if (passed >= kAhead) {
+            behind->ahead = &at->nextOnPath;
+            behind = directories.nextAfter(*behind);
+        }
         at = directories.nextAfter(*at);
     }
     return at;
