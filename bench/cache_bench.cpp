@@ -101,14 +101,47 @@ std::vector<Contender> Read(size_t directories) {
              }}};
 }
 
+// The names of a tree, each distinct one in a block of its own made when it came first, and the
+// lines for them put together and written.
+class NameLines {
+  public:
+    explicit NameLines(const GeneratedTree& tree) {
+        std::unordered_map<std::string, const std::string*> known;
+        for (const GeneratedTree::Directory& directory : tree.directories) {
+            for (const std::string& entry : directory.entries) {
+                const std::string*& name = known[entry];
+                if (name == nullptr) {
+                    blocks_.push_back(std::make_unique<std::string>(entry));
+                    name = blocks_.back().get();
+                }
+                names_.push_back(name);
+            }
+        }
+    }
+    void write(const std::string& fileName) const {
+        std::string text;
+        for (const std::string* const name : names_) {
+            text.append("  <F name=\"").append(*name).append("\"/>\n");
+        }
+        std::ofstream(fileName) << text;
+    }
+
+  private:
+    std::vector<std::unique_ptr<std::string>> blocks_;
+    std::vector<const std::string*> names_;  // of the files in order
+};
+
 std::vector<Contender> Write(size_t directories) {
     const auto of = std::make_shared<CacheCase>(directories);
+    const auto lines = std::make_shared<NameLines>(of->tree);
     return {{"library",
              [of] {
                  return of->perFile(Nanoseconds([&] {
                      if (!vpWritePathToCacheFile(of->path, of->file.c_str())) std::abort();
                  }));
              }},
+            {"name lines",
+             [of, lines] { return of->perFile(Nanoseconds([&] { lines->write(of->file); })); }},
             {"one buffer", [of] {
                  return of->perFile(Nanoseconds([&] {
                      const int file = open(of->file.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0666);

@@ -4,6 +4,7 @@
 #include <sys/stat.h>
 
 #include <algorithm>
+#include <forward_list>
 #include <functional>
 #include <memory>
 #include <stdexcept>
@@ -90,6 +91,30 @@ struct Loaded {
     vpPath path;
 };
 
+// Names in a list of blocks, among blocks for the files of each: how they lie for whoever keeps the
+// directories of a path together with what is in them.
+class ScatteredNames {
+  public:
+    ScatteredNames(const std::vector<std::string>& names, size_t filesEach) {
+        for (const std::string& name : names) {
+            names_.push_front(name);
+            for (size_t i = 0; i < filesEach; ++i) files_.push_front({});
+        }
+        names_.reverse();
+    }
+    template <class Act>
+    void forEach(Act act) const {
+        for (const std::string& name : names_) act(name.c_str());
+    }
+
+  private:
+    struct File {
+        char bytes[88];
+    };
+    std::forward_list<std::string> names_;
+    std::forward_list<File> files_;
+};
+
 // One time-stamp call for each directory, and the listings of those that changed.
 std::vector<Contender> Refresh(size_t directories, bool changesOne) {
     const auto loaded = std::make_shared<Loaded>(TreeOf(directories));
@@ -100,6 +125,7 @@ std::vector<Contender> Refresh(size_t directories, bool changesOne) {
         calls->add(HostCalls::kModificationTime, name);
         if (changesOne && &name == &changed) calls->add(HostCalls::kList, name);
     }
+    const auto scattered = std::make_shared<ScatteredNames>(names, 100);
     const auto change = [=, count = std::make_shared<time_t>(1000)] {
         if (!changesOne) return;
         const timespec times[2] = {{++*count, 0}, {*count, 0}};  // long past, so that it is trusted
@@ -107,16 +133,25 @@ std::vector<Contender> Refresh(size_t directories, bool changesOne) {
     };
     vpRefreshAllDirectories(loaded->path, vpRefreshAlways);
     const auto units = static_cast<double>(directories);
-    return {{"library",
-             [=] {
-                 change();
-                 return Nanoseconds(
-                            [&] { vpRefreshAllDirectories(loaded->path, vpRefreshIfChanged); }) /
-                        units;
-             }},
-            {"callbacks", [=] {
-                 return Nanoseconds([&] { Replay(kPosixHost, loaded->path, *calls); }) / units;
-             }}};
+    return {
+        {"library",
+         [=] {
+             change();
+             return Nanoseconds(
+                        [&] { vpRefreshAllDirectories(loaded->path, vpRefreshIfChanged); }) /
+                    units;
+         }},
+        {"callbacks",
+         [=] { return Nanoseconds([&] { Replay(kPosixHost, loaded->path, *calls); }) / units; }},
+        {"scattered", [=] {
+             return Nanoseconds([&] {
+                        scattered->forEach([&](const char* name) {
+                            benchmark::DoNotOptimize(
+                                kPosixHost.modificationTime(loaded->path, name));
+                        });
+                    }) /
+                    units;
+         }}};
 }
 
 // A directory that is read again and holds what it held, beside its listing.

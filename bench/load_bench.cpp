@@ -4,6 +4,7 @@
 #include <string>
 
 #include "measures.h"
+#include "support/flat_index.h"
 #include "support/generated_tree.h"
 #include "support/host_calls.h"
 #include "support/rounds.h"
@@ -43,6 +44,19 @@ Contender Library(std::string name, std::shared_ptr<LoadCase> loadCase) {
             }};
 }
 
+// The names alone, into an index that has their number from the start.
+Contender Flat(std::string name, std::shared_ptr<LoadCase> loadCase) {
+    return {std::move(name), [loadCase] {
+                return PerFile(*loadCase, [&](const vpPath&) {
+                    FlatIndex flat(loadCase->tree.baseNames.size());
+                    for (const GeneratedTree::Directory& directory : loadCase->tree.directories) {
+                        const uint32_t number = flat.addDirectory(directory.name);
+                        for (const std::string& entry : directory.entries) flat.add(number, entry);
+                    }
+                });
+            }};
+}
+
 void RegisterLoad(size_t directories) {
     RegisterMeasure({"load/" + std::to_string(directories), "ns/file",
                      [directories] {
@@ -57,8 +71,10 @@ void RegisterLoad(size_t directories) {
                               }},
                          };
                          if (directories > 1000) {
-                             contenders.push_back(
-                                 Library("at 1,000", std::make_shared<LoadCase>(1000)));
+                             const auto small = std::make_shared<LoadCase>(1000);
+                             contenders.push_back(Library("at 1,000", small));
+                             contenders.push_back(Flat("flat", loadCase));
+                             contenders.push_back(Flat("flat at 1,000", small));
                          }
                          return contenders;
                      },

@@ -222,6 +222,9 @@ std::vector<Contender> Verified(size_t directories, TreeHost::ReadCost cost) {
              : Contender{"flat", Asking(lookup, questions, FindInFlat)},
         asks ? Contender{"map+access", Asking(lookup, questions, WithAccess<FindInMap>)}
              : Contender{"map", Asking(lookup, questions, FindInMap)},
+        asks ? Contender{"hit+access",
+                         Asking(lookup, questions, WithAccess<FindInPath<vpReadCheckSkip>>)}
+             : Contender{"hit", Asking(lookup, questions, FindInPath<vpReadCheckSkip>)},
     };
 }
 

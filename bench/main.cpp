@@ -39,12 +39,12 @@ int main(int argc, char** argv) {
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 2;
     // What counts on a heap that nothing has crumbled yet comes first.
+    RegisterEditMeasures();
     RegisterLoadMeasures();
     RegisterLookupMeasures();
     RegisterMemoryMeasures();
     RegisterRefreshMeasures();
     RegisterClassWalkMeasures();
-    RegisterEditMeasures();
     RegisterCacheMeasures();
     RegisterDiskMeasures();
     RegisterRealTreeMeasures();

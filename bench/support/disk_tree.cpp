@@ -21,6 +21,11 @@ DiskTree::DiskTree(const TreeShape& shape)
         if (!directory.privateFiles.empty()) {
             addFiles(directories.back() + "/private", directory.privateFiles);
         }
+        // What has just been made is read again by the next refresh.
+        const timespec longAgo[2] = {{1000, 0}, {1000, 0}};
+        if (utimensat(AT_FDCWD, directories.back().c_str(), longAgo, 0) != 0) {
+            throw std::runtime_error("cannot set the time of " + directories.back());
+        }
     }
 }
 
