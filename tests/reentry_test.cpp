@@ -1,8 +1,12 @@
 // Calls that come while others are under way: from open searches, listeners and callbacks. Often it
 // is open what such a call still does; that nothing freed is touched, that nothing is left behind
 // and that the path stays in order is for the ledger, the sanitizers and CheckTable to see.
+#include <functional>
 #include <stdexcept>
+#include <string>
+#include <vector>
 
+#include "support/every_call.h"
 #include "support/path_test.h"
 
 namespace {
@@ -29,37 +33,56 @@ path /a:rel
             action();
         };
     }
+    // Whatever became of a call: the path, when there still is one, can be brought to what the disk
+    // holds.
+    void checkContents() {
+        if (vpLookupPath("p").get() == nullptr) return;
+        vpHideCWD(path, false);
+        vpRevertFromToolboxCache(path);
+        run("unfreeze /a ; refreshall 4 ; replace /c:/a ; refreshall 4 ; "
+            "holds /c => f.v f.p | | ; holds /a => f.v | | @C private");
+    }
 
   private:
     long callsLeft_ = 0;
 };
 
-const char* const kWorks[] = {
-    "add /b",       "first /b",     "list /b:/c:/d",  "replace /c:rel:/b",
-    "remove /a",    "cwd /new",     "hide 1",         "refreshall 3",
-    "refresh /a 2", "mark /a/@New", "freeze /a",      "files A f verify",
-    "files A ''",   "dirs V:/a f",  "any A f verify", "checkdir /a/f.v",
-    "prune",        "next",         "removepath",
+// Every exported function, and steps with other arguments.
+struct Work {
+    std::string name;
+    std::function<void(Reentry&)> run;
 };
+std::vector<Work> AllWorks() {
+    std::vector<Work> works;
+    for (int i = 0; i < kEveryCallCount; ++i) {
+        const EveryCall& call = kEveryCall[i];
+        works.push_back({call.name, [&call](Reentry& test) { call.make(test.path); }});
+    }
+    for (const char* const step : {"refresh /a 2", "mark /a/@New", "files A ''", "dirs V:/a f",
+                                   "any A f verify", "next", "hide 1", "list /b:/c:/d"}) {
+        works.push_back({step, [step](Reentry& test) { test.step(step); }});
+    }
+    return works;
+}
 
 // Every kind of work in every callback and event of every other.
 TEST_F(Reentry, WorkInsideOfWork) {
     host.words = false;
-    for (const std::string outer : kWorks) {
-        for (const std::string inner : kWorks) {
+    for (const Work& outer : AllWorks()) {
+        for (const Work& inner : AllWorks()) {
             bool inside = true;
             for (long nth = 1; inside && !HasFailure(); ++nth) {
-                SCOPED_TRACE(inner + " in call " + std::to_string(nth) + " of " + outer);
+                SCOPED_TRACE(inner.name + " in call " + std::to_string(nth) + " of " + outer.name);
                 reopen();
                 inside = false;
                 run("keep A /a ; keep C /a/@C ; open A f verify ; next => *:/a/f.v");
                 atCall(nth, [&] {
                     inside = true;
-                    step(inner);
+                    inner.run(*this);
                 });
-                step(outer);
+                outer.run(*this);
                 run("next ; files A f ; refreshall 4 ; add /d ; rest");
-                if (inner == "removepath" && inside) {
+                if (inner.name == "remove path" && inside && outer.name != "registry") {
                     EXPECT_EQ(vpLookupPath("p").get(), nullptr);
                 }
             }
@@ -70,11 +93,11 @@ TEST_F(Reentry, WorkInsideOfWork) {
 // A host that throws, in every callback and event: the call fails, the path goes on.
 TEST_F(Reentry, CallbacksThatThrow) {
     host.words = false;
-    for (const std::string work : kWorks) {
-        if (work.find(" A ") != work.npos) continue;  // "next" is the search of this test
+    for (const Work& work : AllWorks()) {
+        if (work.name.find(" A ") != std::string::npos) continue;  // "next" is this test's search
         bool inside = true;
         for (long nth = 1; inside && !HasFailure(); ++nth) {
-            SCOPED_TRACE("call " + std::to_string(nth) + " of " + work);
+            SCOPED_TRACE("call " + std::to_string(nth) + " of " + work.name);
             reopen();
             inside = false;
             step("open A f verify");
@@ -82,32 +105,37 @@ TEST_F(Reentry, CallbacksThatThrow) {
                 inside = true;
                 throw std::runtime_error("from the host");
             });
-            EXPECT_NO_THROW(step(work));
+            EXPECT_NO_THROW(work.run(*this));
             EXPECT_EQ(TheLedger().listings.size(), 0U);
             host.onCall = nullptr;
-            if (work == "removepath" || work == "hide 1") continue;
-            run("unfreeze /a ; refreshall 4 ; replace /c:/a ; refreshall 4 ; "
-                "holds /c => f.v f.p | | ; holds /a => f.v | | @C private");
+            checkContents();
         }
     }
 }
 
+// Each allocation fails in its turn: that one alone, or all from there on.
 TEST_F(Reentry, MemoryThatIsExhausted) {
-    for (const std::string work : kWorks) {
-        bool failed = true;
-        for (long nth = 1; failed && !HasFailure(); ++nth) {
-            SCOPED_TRACE("allocation " + std::to_string(nth) + " of " + work);
-            reopen();
-            TheLedger().failAt = nth;
-            EXPECT_NO_THROW(step(work));
-            failed = TheLedger().failAt == 0;
-            TheLedger().failAt = 0;
-            const std::string said = host.takeMessages();
-            EXPECT_TRUE(said.empty() || said.find("memory") != std::string::npos) << said;
-            run("files A f");
+    for (const Work& work : AllWorks()) {
+        for (const bool failsOn : {false, true}) {
+            bool failed = true;
+            for (long nth = 1; failed && !HasFailure(); ++nth) {
+                SCOPED_TRACE("allocation " + std::to_string(nth) + (failsOn ? " on, of " : " of ") +
+                             work.name);
+                reopen();
+                TheLedger().failsOn = failsOn;
+                TheLedger().failAt = nth;
+                EXPECT_NO_THROW(work.run(*this));
+                failed = TheLedger().failAt <= 0;
+                TheLedger().failAt = 0;
+                const std::string said = host.takeMessages();
+                EXPECT_TRUE(said.empty() || !failed || said.find("memory") != std::string::npos)
+                    << said;
+                checkContents();
+            }
         }
     }
     for (long nth = 1; vpLookupPath("q").get() == nullptr && nth < 100; ++nth) {
+        TheLedger().failsOn = false;
         TheLedger().failAt = nth;
         vpCreatePath(0, "q");
         TheLedger().failAt = 0;

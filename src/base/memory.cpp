@@ -5,9 +5,13 @@
 
 #include "base/reporting.h"
 
-void FailOutOfMemory() {
+void ReportOutOfMemory() {
     ReportError("Cannot allocate memory");
     hkOutOfMemoryCheck(nullptr);
+}
+
+void FailOutOfMemory() {
+    ReportOutOfMemory();
     throw std::bad_alloc();  // only a host whose fatal check returns gets here
 }
 

@@ -11,8 +11,10 @@
 
 #include <hostkit/hostkit.h>
 
-// Reports "Cannot allocate memory", hands over to the host utility library's fatal check and, when
-// that returns, throws std::bad_alloc.
+// Reports "Cannot allocate memory" and hands over to the host utility library's fatal check.
+void ReportOutOfMemory();
+
+// The same; when the check returns, throws std::bad_alloc.
 [[noreturn]] void FailOutOfMemory();
 
 // hkMalloc that never answers null: running out of memory is fatal.

@@ -9,15 +9,17 @@ namespace {
 
 constexpr size_t kKeptOfLongArgument = 4348;
 
-// Formats into hkMalloc memory: an argument has no bound of its own here. Does nothing when there
-// is no memory for the text, since reporting that is what this function would be called for.
+// Formats into hkMalloc memory: an argument has no bound of its own here.
 template <class... Arguments>
 void Send(vpMessageFcn channel, const char* format, Arguments... arguments) {
     const int length = std::snprintf(nullptr, 0, format, arguments...);
     if (length < 0) return;
     const size_t size = static_cast<size_t>(length) + 1;
     const HkBlock<char> line(static_cast<char*>(hkMalloc(size)));
-    if (line == nullptr) return;
+    if (line == nullptr) {
+        ReportOutOfMemory();
+        return;
+    }
     std::snprintf(line.get(), size, format, arguments...);
     channel(line.get());
 }

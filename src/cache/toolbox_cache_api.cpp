@@ -42,13 +42,13 @@ class LoadTiming {
     hkTick startTick_;
 };
 
-const char* Printable(const char* name) { return name != nullptr ? name : ""; }
+const char* TextOrEmpty(const char* name) { return name != nullptr ? name : ""; }
 
 CacheTreePtr ReadNamedCacheFile(const char* name) {
     const int file = name != nullptr ? open(name, O_RDONLY | O_CLOEXEC) : -1;
     if (file < 0) {
         if (cacheMode.tellsStatus()) {
-            hkPrintf("Unable to open Toolbox Path Cache file: %s\n", Printable(name));
+            hkPrintf("Unable to open Toolbox Path Cache file: %s\n", TextOrEmpty(name));
         }
         return nullptr;
     }
@@ -75,9 +75,7 @@ void Use(std::shared_ptr<LoadedCache> loaded) {
     cacheMode.lastHit = CacheSearch::kNotFound;
 }
 
-}  // namespace
-
-void vpUseToolboxCache(vpPath path, const char* cacheFile, const char* rootDir, bool verbose) {
+void UseCacheFile(const vpPath& path, const char* cacheFile, const char* rootDir, bool verbose) {
     CacheMode& mode = cacheMode;
     mode.lastHit = CacheSearch::kNotFound;
     mode.dirLookupRequests = mode.dirLookupHits = mode.compares = 0;
@@ -87,14 +85,14 @@ void vpUseToolboxCache(vpPath path, const char* cacheFile, const char* rootDir, 
     }
     mode.verbose = verbose;
     if (mode.tellsStatus()) {
-        hkPrintf("Attempting to load Toolbox Path Cache %s\n", Printable(cacheFile));
+        hkPrintf("Attempting to load Toolbox Path Cache %s\n", TextOrEmpty(cacheFile));
     }
     LoadTiming timing;
     std::shared_ptr<LoadedCache> loaded;
     Attempt([&] { loaded = Load(path, cacheFile, rootDir); });
     const double seconds = timing.stop();
     if (loaded == nullptr) {
-        hkPrintf("Error occurred loading: %s\nCache file ignored.\n", Printable(cacheFile));
+        hkPrintf("Error occurred loading: %s\nCache file ignored.\n", TextOrEmpty(cacheFile));
         return;
     }
     if (mode.tellsStatus() || verbose) {
@@ -110,6 +108,20 @@ void vpUseToolboxCache(vpPath path, const char* cacheFile, const char* rootDir, 
     InstallCachedCallbacks(path);
 }
 
+void TellLookUps() {
+    const CacheMode& mode = cacheMode;
+    hkPrintf(
+        "Toolbox Path Cache resetting...\n\tTotalDirLookupRequests = %d\n"
+        "\tTotalDirLookupHits = %d\n\tNumCompares = %d\n",
+        Printable(mode.dirLookupRequests), Printable(mode.dirLookupHits), Printable(mode.compares));
+}
+
+}  // namespace
+
+void vpUseToolboxCache(vpPath path, const char* cacheFile, const char* rootDir, bool verbose) {
+    Guarded([&] { UseCacheFile(path, cacheFile, rootDir, verbose); });
+}
+
 bool vpInToolboxCacheMode() { return cacheMode.loaded != nullptr; }
 
 void vpDisableToolboxCache() { cacheMode.disabled = true; }
@@ -117,14 +129,7 @@ void vpDisableToolboxCache() { cacheMode.disabled = true; }
 void vpRevertFromToolboxCache(vpPath path) {
     vpSetIOFcns(path, nullptr, nullptr, nullptr, nullptr, nullptr);
     Use(nullptr);
-    const CacheMode& mode = cacheMode;
-    if (mode.tellsStatus()) {
-        hkPrintf(
-            "Toolbox Path Cache resetting...\n\tTotalDirLookupRequests = %d\n"
-            "\tTotalDirLookupHits = %d\n\tNumCompares = %d\n",
-            Printable(mode.dirLookupRequests), Printable(mode.dirLookupHits),
-            Printable(mode.compares));
-    }
+    if (cacheMode.tellsStatus()) Guarded(TellLookUps);
 }
 
 void vpEnableToolboxCacheDiagnosticStatusReport(bool on) { cacheMode.statusOn = on; }

@@ -2,6 +2,7 @@
 
 #include <hostkit/hostkit.h>
 
+#include "base/guard.h"
 #include "dir/path_dir_item.h"
 #include "path/path_mgr.h"
 
@@ -12,7 +13,7 @@ PathMgr* LivePath(const vpPath& path) {
 
 PathMgr* AssertLive(const vpPath& path) {
     PathMgr* const live = LivePath(path);
-    if (live == nullptr) hkPrintf("asserted here\n");
+    if (live == nullptr) Guarded([] { hkPrintf("asserted here\n"); });
     return live;
 }
 

@@ -153,7 +153,7 @@ void FakeHost::tell(const char* mark, vpEventType type, const vpDir& dir) {
 }
 
 void FakeHost::say(const char* channel, const char* text) {
-    theHost->messages_.push_back(channel + std::string(text));
+    theHost->note(&theHost->messages_, channel + std::string(text));
 }
 
 FakeHost& FakeHost::noteCall(const char* kind, const char* name) {

@@ -48,7 +48,7 @@ class FakeHost {
     // What happened since the last take, joined by '|': callbacks as "access /w", "list", "isdir",
     // "read", "time", "chdir"; messages as "error: ..."; events as "5 /w", those of the second
     // listener as "B5 /w"; what hkPrintf printed, as it is. `onCall` runs inside each callback,
-    // event and print that is recorded.
+    // event, message and print that is recorded.
     std::string takeCalls() { return take(&calls_, "|"); }
     std::string takeCalls(const std::string& kind);  // the names alone, joined by blanks
     std::string takeMessages() { return take(&messages_, "|"); }
@@ -100,6 +100,7 @@ struct Ledger {
     long blocks = 0;                 // allocated and not yet freed
     long allocations = 0;            // ever
     long failAt = 0;                 // the allocation that many calls ahead fails; 0: none
+    bool failsOn = false;            // and all after it: failAt is -1 then
     std::set<const void*> listings;  // handed out by FakeHost::list and not yet freed
 };
 Ledger& TheLedger();

@@ -21,7 +21,10 @@ Function* Original(const char* name) {
 bool FailsNow() {
     Ledger& ledger = TheLedger();
     ++ledger.allocations;
-    return ledger.failAt > 0 && --ledger.failAt == 0;
+    if (ledger.failAt <= 0) return ledger.failAt < 0;
+    if (--ledger.failAt > 0) return false;
+    if (ledger.failsOn) ledger.failAt = -1;
+    return true;
 }
 
 }  // namespace
