@@ -58,8 +58,9 @@ std::vector<Work> AllWorks() {
         const EveryCall& call = kEveryCall[i];
         works.push_back({call.name, [&call](Reentry& test) { call.make(test.path); }});
     }
-    for (const char* const step : {"refresh /a 2", "mark /a/@New", "files A ''", "dirs V:/a f",
-                                   "any A f verify", "next", "hide 1", "list /b:/c:/d"}) {
+    for (const char* const step :
+         {"refresh /a 2", "mark /a/@New", "files A ''", "dirs V:/a f", "any A f verify", "next",
+          "hide 1", "list /b:/c:/d", "open A f"}) {
         works.push_back({step, [step](Reentry& test) { test.step(step); }});
     }
     return works;

@@ -5,6 +5,7 @@
 #include <sys/stat.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <cstring>
 #include <memory>
 #include <new>
@@ -19,7 +20,11 @@ constexpr unsigned int kDirectoryWord = 0x4000;
 constexpr unsigned int kFileWord = 0x8000;
 
 struct CloseDirectory {
-    void operator()(DIR* dir) const { closedir(dir); }
+    void operator()(DIR* dir) const {
+        const int error = errno;
+        closedir(dir);
+        errno = error;
+    }
 };
 
 struct Entry {
@@ -52,10 +57,14 @@ unsigned int WordOf(DIR* dir, const dirent& entry) {
     return S_ISREG(status.st_mode) ? kFileWord : 0;
 }
 
-// An error of readdir ends the listing like its end does: the directory is gone, or as good as.
+// An error of readdir ends the listing like its end does, and stays in errno.
 Listing ReadEntries(DIR* dir) {
     Listing listing;
-    while (const dirent* entry = readdir(dir)) {
+    const auto next = [dir] {
+        errno = 0;
+        return readdir(dir);
+    };
+    while (const dirent* entry = next()) {
         if (entry->d_name[0] == '.') continue;
         listing.entries.push_back({listing.names.size(), WordOf(dir, *entry)});
         listing.names.append(entry->d_name, std::strlen(entry->d_name) + 1);
@@ -106,9 +115,14 @@ char* vpPosixListDirectory(vpPath, const char* dirName, unsigned int** words) {
     if (dir == nullptr) return nullptr;
     try {
         Listing listing = ReadEntries(dir.get());
-        if (listing.entries.empty()) return nullptr;
-        SortEntries(listing);
-        return HandOver(listing, words);
+        const int error = errno;
+        char* names = nullptr;
+        if (!listing.entries.empty()) {
+            SortEntries(listing);
+            names = HandOver(listing, words);
+        }
+        errno = error;
+        return names;
     } catch (const std::bad_alloc&) {
         hkOutOfMemoryCheck(nullptr);
         return nullptr;

@@ -129,7 +129,7 @@ void CacheElementWriter::writeItems(const vpDir& dir, size_t width) {
     while (const PathItemInfo* const item = items.next(kFindFilesAndSubDirs)) {
         files.step();
         const std::string_view base = item->name();
-        const char* const extension = item->isFile() ? item->getExtension() : nullptr;
+        const char* const extension = item->getExtension();
         if (extension != nullptr) {
             const std::string_view text(extension);
             letter = FileLetter(static_cast<const PathFileItemInfo&>(*item), base, text);

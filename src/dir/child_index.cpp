@@ -17,9 +17,9 @@ size_t ChildCount(const PathAllDirItemInfo& directory, ChildList list) {
         case ChildList::kPrivate:
             return directory.privateDir != nullptr ? 1 : 0;
         case ChildList::kSubDirs:
-            return directory.subDirs.size();
+            break;
     }
-    return 0;
+    return directory.subDirs.size();
 }
 
 PathItemInfo* ChildAt(const PathAllDirItemInfo& directory, ChildList list, size_t index) {
@@ -33,9 +33,9 @@ PathItemInfo* ChildAt(const PathAllDirItemInfo& directory, ChildList list, size_
         case ChildList::kPrivate:
             return directory.privateDir;
         case ChildList::kSubDirs:
-            return directory.subDirs[index];
+            break;
     }
-    return nullptr;
+    return directory.subDirs[index];
 }
 
 size_t ChildIndex::next(const PathAllDirItemInfo& directory, const PathNameInfo* record,

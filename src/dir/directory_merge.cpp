@@ -64,9 +64,9 @@ class Merge {
             case EntryKind::kClassDir:
                 return classDirs_.find(entry.bareName());
             case EntryKind::kPackageDir:
-                return packageDirs_.find(entry.bareName());
+                break;
         }
-        return nullptr;
+        return packageDirs_.find(entry.bareName());
     }
 
     // A listing that names it again means the same child.

@@ -135,10 +135,10 @@ PathItemInfo* MakeChild(PathAllDirItemInfo& directory, const ListingEntry& entry
             if (!KeepsSpecialDirs(directory)) return nullptr;
             return PathClassDirItemInfo::Create(directory, entry.bareName(), entry.kindConfirmed);
         case EntryKind::kPackageDir:
-            if (!KeepsSpecialDirs(directory)) return nullptr;
-            return PathPackageDirItemInfo::Create(directory, entry.bareName(), entry.kindConfirmed);
+            break;
     }
-    return nullptr;
+    if (!KeepsSpecialDirs(directory)) return nullptr;
+    return PathPackageDirItemInfo::Create(directory, entry.bareName(), entry.kindConfirmed);
 }
 
 void ReadDirectory(PathAllDirItemInfo& directory, bool frozen) {

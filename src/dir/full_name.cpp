@@ -46,11 +46,9 @@ Component ComponentInside(const PathItemInfo& item) {
             break;
     }
     if (item.nameRecord != nullptr) component.name = item.name();
-    if (item.isFile()) {
-        if (const char* const extension = item.getExtension()) {
-            component.dot = ".";
-            component.extension = extension;
-        }
+    if (const char* const extension = item.getExtension()) {
+        component.dot = ".";
+        component.extension = extension;
     }
     return component;
 }

@@ -115,9 +115,9 @@ const char* PathFileItemInfo::getExtension() const {
         case kShort:
             return shortExtension_;
         case kLong:
-            return reinterpret_cast<const char*>(this + 1);
+            break;
     }
-    return nullptr;
+    return reinterpret_cast<const char*>(this + 1);
 }
 
 PathSubDirItemInfo* PathSubDirItemInfo::Create(PathAllDirItemInfo& directory, std::string_view name,
@@ -129,5 +129,3 @@ PathSubDirItemInfo* PathSubDirItemInfo::Create(PathAllDirItemInfo& directory, st
 NameCategory PathSubDirItemInfo::category() const {
     return has(kInPathDirectory) ? NameCategory::kSubDirInPathDir : NameCategory::kSubDirElsewhere;
 }
-
-const char* PathSubDirItemInfo::getExtension() const { return std::strrchr(name().data(), '.'); }

@@ -32,7 +32,7 @@ Verdict Decide(PathAllDirItemInfo& directory, int type) {
     const bool frozen = directory.loadState == PathAllDirItemInfo::kFrozen;
     if (SkipsFrozen(type)) {
         if (frozen) return Verdict::kSkipWithAllBeneath;
-        return HasChanged(directory) ? Verdict::kReread : Verdict::kLeave;
+        return CompareStamp(directory) ? Verdict::kReread : Verdict::kLeave;
     }
     switch (type) {
         case vpRefreshUnlessFrozen:
@@ -176,7 +176,7 @@ void RefreshAllDirectories(PathMgr& path, int type) {
         // Most directories of most paths are leaves that have not changed: no walk for those,
         // unless the host has put something into them while it was asked.
         std::optional<Verdict> known;
-        if (IsLeafToTest(*at, type)) known = HasChanged(*at) ? Verdict::kReread : Verdict::kLeave;
+        if (IsLeafToTest(*at, type)) known = CompareStamp(*at) ? Verdict::kReread : Verdict::kLeave;
         if (known != Verdict::kLeave || !HoldsNoDirectory(*at)) RefreshTree(*at, type, known);
         at.reset(SkipFrozen(directories, directories.nextAfter(*at), type));
     }

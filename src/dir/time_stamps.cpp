@@ -28,18 +28,6 @@ void ReadStampAfterLoad(PathAllDirItemInfo& directory) {
     if (directory.timeStamp >= now - 1) directory.timeStamp = now - 2;
 }
 
-bool HasChanged(PathAllDirItemInfo& directory) {
-    switch (directory.loadState) {
-        case PathAllDirItemInfo::kFrozen:
-            return false;
-        case PathAllDirItemInfo::kNeverRead:
-        case PathAllDirItemInfo::kChanged:
-            return true;
-        default:
-            return CompareStamp(directory);
-    }
-}
-
 bool CompareStamp(PathAllDirItemInfo& directory) {
     const int64_t time = HostTimeOf(directory);
     const bool recording = directory.stampMode <= kStampModeOpen;

@@ -16,10 +16,6 @@ inline constexpr int kStampModeHeld = 5;
 // Records the directory's time as after a load.
 void ReadStampAfterLoad(PathAllDirItemInfo& directory);
 
-// Whether the directory changed since its stamp was recorded; a frozen one never, one that was
-// never read or is marked changed always, without a call. May move the load state.
-bool HasChanged(PathAllDirItemInfo& directory);
-
-// The same for a directory of any state, asking the host: for a re-read that is to record the
-// stamp.
+// Asks the host whether the directory's time has moved since its stamp was recorded, and records the
+// new one as far as the stamp's mode says. A directory that has changed is then marked so.
 bool CompareStamp(PathAllDirItemInfo& directory);

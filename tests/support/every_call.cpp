@@ -132,6 +132,7 @@ const EveryCall kEveryCall[] = {
              vpGetParentDir(dir);
          }
          vpIsPrivateDirName("private");
+         vpPath().copy(path);
      }},
     {"listeners",
      [](const vpPath& path) {

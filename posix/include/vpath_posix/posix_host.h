@@ -21,10 +21,10 @@ bool vpInstallPosixHost();
 // them alike, without those that begin with '.'. `*words` becomes one word per name: 0x4000 a
 // directory, 0x8000 a regular file, 0 anything else, a dangling link included; whether a file is a
 // class definition is not asked. Null, with `*words` null, for a directory that is empty or cannot
-// be read; what could be read of one that goes away half-way. Both blocks come from hkMalloc and
-// are the caller's; when there is no memory for them, hkOutOfMemoryCheck ends the process. Cost:
-// n log n in the entries, and one system call for each link or entry whose type the file system
-// does not tell.
+// be read; what could be read of one that fails half-way. errno tells why a directory was not read
+// to its end, and is 0 when it was. Both blocks come from hkMalloc and are the caller's; when there
+// is no memory for them, hkOutOfMemoryCheck ends the process. Cost: n log n in the entries, and one
+// system call for each link or entry whose type the file system does not tell.
 char* vpPosixListDirectory(vpPath path, const char* dirName, unsigned int** words);
 
 // vpDirAccessible for a directory that may be listed and entered, vpDirPermissionDenied when it, or

@@ -12,6 +12,7 @@
 #include "cachefile/cache_commands.h"
 #include "cachefile/dir_contents.h"
 #include "cachefile/replacement_file.h"
+#include "loading/host_calls.h"
 #include "loading/path_names.h"
 #include "output/console.h"
 
@@ -71,7 +72,11 @@ bool CacheMaker::canTellOf(const vpDir& dir) {
     const size_t before = leftOut_.size();
     const std::string name = FullNameOf(dir);
     const auto note = [&](const std::string& fullName, const ContentItem& item) {
-        const std::string reason = WhyNotInCache(item);
+        const auto unread = FailedListings().find(fullName);
+        const std::string reason =
+            unread == FailedListings().end()
+                ? WhyNotInCache(item)
+                : std::string("cannot be read: ") + std::strerror(unread->second);
         if (!reason.empty()) leftOut_.push_back({fullName, reason, name + " is left out"});
     };
     // What stands before the toolbox folder is not in the file.
@@ -118,6 +123,11 @@ void CacheMaker::verify(const ReplacementFile& file) const {
 ExitStatus RunWrite(const std::string& fileName, bool strict, Context& context) {
     const CacheArguments arguments = CheckCacheArguments(fileName, context);
     const vpPath path = context.loaded(arguments.toolbox.dir.c_str()).path;
+    // What may be read, and could not be just now, is not to go from the file for that.
+    for (const auto& [name, error] : FailedListings()) {
+        if (error != EACCES)
+            throw CommandError(fileName + ": not written, as " + name + " could not be listed");
+    }
     CacheMaker cache(path, arguments);
     cache.chooseDirectories();
     for (const auto& [name, problem, advice] : cache.leftOut()) {
@@ -151,7 +161,9 @@ Command AddCacheWriteCommand(CLI::App& cache) {
         "ROOT; all of them, when no option says which are on the path). Reads the new\n"
         "file back and compares it with the path before it takes the place of FILE: that\n"
         "is the old file or the new one, never a part of one. A directory that holds a\n"
-        "name which the file has no way to tell is left out whole, and said.\n"
+        "name which the file has no way to tell, or what may not be read, is left out\n"
+        "whole, and said. When a directory cannot be listed for another reason, nothing\n"
+        "is written.\n"
         "Exit status: 0 written, 1 not written for --strict, 2 failed.\n"
         "Example:\n"
         "  vpath cache write /w/inst.cache --root /w/inst");

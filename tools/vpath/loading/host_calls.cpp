@@ -1,6 +1,8 @@
 #include "loading/host_calls.h"
 
+#include <cerrno>
 #include <chrono>
+#include <cstring>
 #include <string>
 #include <utility>
 
@@ -17,14 +19,27 @@ CallCounts counts;
 ListingObserver listingObserver;
 bool keepsListingTimes = false;
 std::unordered_map<std::string, ListingTime> listingTimes;
+std::unordered_map<std::string, int> failedListings;
+
+void NoteFailure(const char* dirName, int error) {
+    if (error == 0 || error == ENOENT || error == ENOTDIR) {
+        failedListings.erase(dirName);
+        return;
+    }
+    failedListings[dirName] = error;
+    if (error == EACCES) return;
+    Complain(std::string("warning: cannot list ").append(dirName) + ": " + std::strerror(error));
+}
 
 char* TimedListing(const vpPath& path, const char* dirName, unsigned int** words) {
     const auto start = std::chrono::steady_clock::now();
     char* names = vpPosixListDirectory(path, dirName, words);
+    const int error = errno;
     const std::chrono::duration<double> elapsed = std::chrono::steady_clock::now() - start;
     ListingTime& time = listingTimes[dirName];
     time.seconds += elapsed.count();
     ++time.listings;
+    errno = error;
     return names;
 }
 
@@ -32,6 +47,7 @@ char* List(vpPath path, const char* dirName, unsigned int** words) {
     ++counts.listings;
     char* names = keepsListingTimes ? TimedListing(path, dirName, words)
                                     : vpPosixListDirectory(path, dirName, words);
+    if (errno != 0 || !failedListings.empty()) NoteFailure(dirName, errno);
     if (listingObserver) listingObserver(dirName, names, *words);
     return names;
 }
@@ -75,6 +91,8 @@ void InstallHost() {
 }
 
 CallCounts HostCalls() { return counts; }
+
+const std::unordered_map<std::string, int>& FailedListings() { return failedListings; }
 
 void KeepListingTimes() { keepsListingTimes = true; }
 

@@ -28,6 +28,10 @@ void InstallHost();
 // The calls so far.
 CallCounts HostCalls();
 
+// The directories that are there and whose last listing failed, by the name under which the library
+// asked, with the value of errno. Unless reading is just not permitted, a warning was given too.
+const std::unordered_map<std::string, int>& FailedListings();
+
 struct ListingTime {
     double seconds = 0;  // of all of them
     uint64_t listings = 0;
