@@ -5,6 +5,7 @@
 // HOSTKIT_READS_WHOLE_WORDS.
 #pragma once
 
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 
@@ -20,7 +21,7 @@ constexpr uint64_t InEachByte(uint64_t byte) { return byte * 0x0101010101010101U
 // Marks the first NUL of a word, and none before it, by the highest bit of its byte; 0 without one.
 constexpr uint64_t FirstNul(uint64_t word) {
     const uint64_t marks = (word - InEachByte(1)) & ~word & InEachByte(0x80);
-    return marks & (0 - marks);
+    return marks == 0 ? 0 : uint64_t{1} << std::countr_zero(marks);
 }
 
 // All bits of the bytes before the marked one.
