@@ -166,6 +166,8 @@ mark NULL => no ; markall ; refreshall 4 => /cwd /a /a/+p /a/@C /a/@C/private /b
 unknown ; refreshall 4 => ; mark /a => yes ; mark /a => no
 refreshall 1 => /a ; mark /b => no ; unknown ; refreshall 4 => /b
 freeze /a ; unknown ; frozen /a => yes ; markall ; mark /a => no ; refreshall 4 => /cwd /b
+# The directory of the path comes before the current one, which is not frozen.
+cwd /a ; mark /a ; refreshall 4 => ; mark /a/@New ; refreshall 4 =>
 )");
 }
 

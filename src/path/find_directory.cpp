@@ -121,7 +121,9 @@ PathAllDirItemInfo* FindDirectoryAbove(PathMgr& path, std::string_view fullName)
         if (!marked && !SameName(component, "private", path.caseSensitive)) return nullptr;
         unknown = DirectoryPart(unknown);
     }
-    return nearest.directory;
+    // Of two that are as near, the one that its own name finds.
+    const size_t known = fullName.size() - nearest.remaining;
+    return FindDirectory(path, fullName.substr(0, std::max<size_t>(known, 2) - 1));
 }
 
 PathAllDirItemInfo* FindDirectoryByName(PathMgr& path, const char* name) {
