@@ -167,6 +167,10 @@ TEST_F(Reentry, OpenSearchesAndChangesOfTheirPath) {
         {"D:/m ''", "remove /m", ""},
         {"O ''", "rm /m/1 ; rm /m/2 ; refresh /m 3", "*:/m/3 *:/m/4"},
         {"O ''", "replace /c:/m", "*:/m/3 *:/m/4"},
+        {"O ''",
+         "tree /m/+p/5 /m/@C/6 ; refresh /m 3 ; next ; next ; next => *:/m/+p/5 ; rm /m/+p\n"
+         "refresh /m 3",
+         "*:/m/@C/6"},
     };
     for (const auto& row : rows) {
         for (const bool heldBack : {false, true}) {

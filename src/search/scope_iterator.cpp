@@ -1,9 +1,36 @@
 #include "search/scope_iterator.h"
 
+#include <algorithm>
+#include <iterator>
+#include <utility>
+
 #include <vpath/path.h>
 
 #include "dir/path_dir_item.h"
 #include "path/path_mgr.h"
+
+namespace {
+
+constexpr ChildList kBeneath[] = {ChildList::kPackages, ChildList::kClasses, ChildList::kPrivate};
+
+bool HoldsDirectories(const PathAllDirItemInfo& directory) {
+    return std::any_of(std::begin(kBeneath), std::end(kBeneath),
+                       [&](ChildList list) { return ChildCount(directory, list) != 0; });
+}
+
+}  // namespace
+
+ScopeIterator::Level::Level(PathMgr& path, PathAllDirItemInfo& directory) : cursor(path) {
+    cursor.start(directory, kBeneath[list]);
+}
+
+PathAllDirItemInfo* ScopeIterator::Level::next() {
+    while (true) {
+        if (PathItemInfo* const child = cursor.next()) return child->asDirectory();
+        if (++list == std::size(kBeneath)) return nullptr;
+        cursor.start(*cursor.directory(), kBeneath[list]);
+    }
+}
 
 ScopeIterator::ScopeIterator(PathMgr& path, SearchScope scope, PathAllDirItemInfo& start)
     : path_(path), scope_(scope), walksPath_(false), cursor_(path) {
@@ -63,9 +90,13 @@ PathAllDirItemInfo* ScopeIterator::following() {
         top_.reset(order.first());
         return top_.get();
     }
+    const ItemRef<PathAllDirItemInfo> left = std::exchange(at_, {});  // memory may run out: the end
     const bool goesBeneath = scope_ != SearchScope::kVisible;
-    if (goesBeneath && at_ && at_->topDir() == top_.get() && top_->onPath()) {
-        if (PathAllDirItemInfo* const beneath = NextInTree(*at_, *top_)) return beneath;
+    if (goesBeneath && left && HoldsDirectories(*left)) {
+        levels_.push_back(std::make_unique<Level>(path_, *left));
+    }
+    for (; !levels_.empty(); levels_.pop_back()) {
+        if (PathAllDirItemInfo* const beneath = levels_.back()->next()) return beneath;
     }
     top_.reset(order.nextAfter(*top_));
     return top_.get();

@@ -3,6 +3,8 @@
 // plain subdirectories, and then, where the scope is the path, into the special directories.
 #pragma once
 
+#include <memory>
+
 #include "search/name_iterators.h"
 
 class ScopeIterator final : public CandidateIterator {
@@ -12,6 +14,16 @@ class ScopeIterator final : public CandidateIterator {
     PathItemInfo* next(const SearchMode& mode) override;
 
   private:
+    // A directory that the walk is in, with the place of the next special directory in it. What a
+    // re-read drops meanwhile, be it where the walk stands, neither skips nor repeats the others.
+    struct Level : HkAllocated {
+        Level(PathMgr& path, PathAllDirItemInfo& directory);
+        PathAllDirItemInfo* next();
+
+        ChildCursor cursor;
+        size_t list = 0;
+    };
+
     void enter(PathAllDirItemInfo* directory);
     bool nextDirectory();
     PathAllDirItemInfo* following();
@@ -20,9 +32,10 @@ class ScopeIterator final : public CandidateIterator {
 
     PathMgr& path_;
     SearchScope scope_;
-    bool walksPath_;                  // false while, or when only, a single directory is visited
-    ItemRef<PathDirItemInfo> top_;    // the directory of the path beneath which the walk is
-    ItemRef<PathAllDirItemInfo> at_;  // null at the end
+    bool walksPath_;                // false while, or when only, a single directory is visited
+    ItemRef<PathDirItemInfo> top_;  // the directory of the path beneath which the walk is
+    HkVector<std::unique_ptr<Level>> levels_;  // from there down
+    ItemRef<PathAllDirItemInfo> at_;           // null at the end
     uint8_t list_ = 0;
     ChildCursor cursor_;
 };
