@@ -1,6 +1,10 @@
 #include "support/path_test.h"
 
+#include <unistd.h>
+
+#include <cstdio>
 #include <cstring>
+#include <memory>
 #include <sstream>
 
 #include <vpath/pathname.h>
@@ -15,6 +19,21 @@ std::string OnPath(const vpPath& path) {
     return names;
 }
 
+namespace {
+
+// For a full name of any length that a test's host lists, whatever it holds beforehand.
+std::unique_ptr<char[]> Room() {
+    std::unique_ptr<char[]> room(new char[80000]);
+    std::strcpy(room.get(), "untouched");
+    return room;
+}
+
+std::string HitText(unsigned int result, const char* name) {
+    return (result == 0xFFFFFFFF ? "*:" : std::to_string(result) + ":") + name;
+}
+
+}  // namespace
+
 std::string NextHit(vpSearch* search, Want want) {
     using Find = unsigned int (*)(vpSearch*, vpDir*, char*);
     const Find findDir = [](vpSearch* from, vpDir* at, char* name) {
@@ -23,16 +42,17 @@ std::string NextHit(vpSearch* search, Want want) {
         return result;
     };
     const Find finds[] = {vpFindNextFile, vpFindNextUnspecified, vpFindNextSubdirectory, findDir};
-    char name[10000] = "untouched", joined[10000];
+    const auto name = Room(), joined = Room();
     vpDir at;
-    const unsigned int result = finds[want](search, &at, name);
+    const unsigned int result = finds[want](search, &at, name.get());
     EXPECT_EQ(result == 0, vpGetDirType(at) == vpDirTypeNone);
-    EXPECT_EQ(result == 0, *name == '\0') << name;
+    EXPECT_EQ(result == 0, name[0] == '\0') << name.get();
     if (result == 0) return "";
     if (want != kDirs) {
-        EXPECT_STREQ(vpConcatDirName(at, vpSeparatePathName(name, nullptr), joined), name);
+        const char* const leaf = vpSeparatePathName(name.get(), nullptr);
+        EXPECT_STREQ(vpConcatDirName(at, leaf, joined.get()), name.get());
     }
-    return (result == 0xFFFFFFFF ? "*:" : std::to_string(result) + ":") + name;
+    return HitText(result, name.get());
 }
 
 std::string HitsOf(vpSearch* search, Want want) {
@@ -40,7 +60,7 @@ std::string HitsOf(vpSearch* search, Want want) {
     std::string hits;
     for (std::string hit = NextHit(search, want); !hit.empty(); hit = NextHit(search, want)) {
         hits += (hits.empty() ? "" : " ") + hit;
-        if (hits.size() > 1000000) return "without end: " + hits.substr(0, 1000);
+        if (hits.size() > 10000000) return "without end: " + hits.substr(0, 1000);
     }
     EXPECT_EQ(NextHit(search, want), "") << "after the end";
     vpDestroySearch(&search);
@@ -139,14 +159,14 @@ vpSearch* PathTest::makeSearch(const std::vector<std::string>& words) {
 // The first hit, in one call.
 std::string PathTest::firstHit(const std::vector<std::string>& words) {
     Asked asked(words);
-    char found[10000];
+    const auto found = Room();
     const unsigned int result =
         asked.kind == 'A'
-            ? vpFindFirstFileInAll(path, asked.name, asked.exts.data(), asked.check, nullptr, found)
+            ? vpFindFirstFileInAll(path, asked.name, asked.exts.data(), asked.check, nullptr,
+                                   found.get())
             : vpFindFirstFileVisibleToDir(dir(asked.from), asked.name, asked.exts.data(),
-                                          asked.check, nullptr, found);
-    if (result == 0) return "";
-    return (result == 0xFFFFFFFF ? "*:" : std::to_string(result) + ":") + found;
+                                          asked.check, nullptr, found.get());
+    return result == 0 ? "" : HitText(result, found.get());
 }
 
 std::string PathTest::step(const std::string& command) {
@@ -191,8 +211,7 @@ std::string PathTest::step(const std::string& command) {
         const auto rule = static_cast<vpCaseSensitivity>(std::atoi(words[3].c_str()));
         path = vpCreatePathWithPreFrozen(0, "p", rooted ? words[2].c_str() : nullptr, rule, false);
         if (name != "-") vpAddDirsString(path, text, vpAddAtEnd);
-        vpRegisterPathInterest(path, FakeHost::listener);
-        return forget(), "";
+        return step("listen A"), forget(), "";
     }
     if (op == "removepath") return vpRemovePath(path), "";
     if (op == "terminate") return yes(vpTerminate());
@@ -219,6 +238,17 @@ std::string PathTest::step(const std::string& command) {
         const char* failure = vpSetCWDName(path, text);
         return failure == nullptr ? "" : failure;
     }
+    // Listeners A and B, and a cache file of this test's own
+    if (op == "listen") {
+        const bool isSecond = name == "B";
+        const auto listener = isSecond ? FakeHost::secondListener : FakeHost::listener;
+        return interests_[name] = vpRegisterPathInterest(path, listener), "";
+    }
+    if (op == "unlisten") return vpCancelPathInterest(interests_[name]), "";
+    const std::string cache = testing::TempDir() + "vpath_cache_" + std::to_string(getpid());
+    if (op == "cachewrite") return vpWritePathToCacheFile(path, cache.c_str()), "";
+    if (op == "cacheload") return vpUseToolboxCache(path, cache.c_str(), "/t", false), "";
+    if (op == "cacherevert") return vpRevertFromToolboxCache(path), std::remove(cache.c_str()), "";
     if (op == "hide") return vpHideCWD(path, number != 0), "";
     if (op == "cwdonpath") return yes(vpIsCWDOnPath(path));
     // Directories; "keep H NAME" holds on to one
@@ -238,6 +268,20 @@ std::string PathTest::step(const std::string& command) {
     if (op == "freeze") return vpFreeze(dir(name)), "";
     if (op == "unfreeze") return vpUnFreeze(dir(name)), "";
     if (op == "frozen") return each([&](const char* one) { return yes(vpIsFrozen(dir(one))); });
+    // "walk methods", "walk class NAME", "walk classes DIR", "walk packages DIR"
+    if (op == "walk") {
+        const bool isOfOne = name == "classes" || name == "packages";
+        const vpDir from = isOfOne ? dir(words[2]) : vpGetNullDir(path);
+        std::string found;
+        for (vpDir at = from;;) {
+            at = name == "methods"   ? vpGetNextMethodDir(at)
+                 : name == "class"   ? vpGetNextMethodClassDir(at, words[2].c_str())
+                 : name == "classes" ? vpGetMethodDirs(from, at)
+                                     : vpGetPackageDirs(from, at);
+            if (vpGetDirType(at) == vpDirTypeNone) return found;
+            found += (found.empty() ? "" : " ") + NameOf(at);
+        }
+    }
     // Searches
     const char* const wants[] = {"files", "any", "subs", "dirs"};
     for (const Want want : {kFiles, kUnspecified, kSubdirectories, kDirs}) {
@@ -245,14 +289,15 @@ std::string PathTest::step(const std::string& command) {
     }
     if (op == "one") return firstHit(given);
     if (op == "open") return vpDestroySearch(&search_), search_ = makeSearch(given), "";
+    if (op == "swap") return std::swap(search_, parked_[number % 3]), "";
     if (op == "next" && search_ == nullptr) return "null";
     if (op == "next") return NextHit(search_, static_cast<Want>(name.empty() ? kFiles : number));
     if (op == "bounded") {
-        char found[10000] = "untouched";
+        const auto found = Room();
         vpDir at;
-        const unsigned int result = vpFindNextFileBounded(search_, &at, found);
+        const unsigned int result = vpFindNextFileBounded(search_, &at, found.get());
         EXPECT_EQ(result == 0, vpGetDirType(at) == vpDirTypeNone);
-        return (result == 0xFFFFFFFF ? "*:" : std::to_string(result) + ":") + found;
+        return HitText(result, found.get());
     }
     if (op == "rest") return HitsOf(std::exchange(search_, nullptr));
     ADD_FAILURE() << "no such command: " << command;

@@ -50,7 +50,10 @@ class PathTest : public testing::Test {
     std::string step(const std::string& command);  // its answer
     vpDir dir(const std::string& name) { return vpFindDirFullName(path, name.c_str()); }
     void forget();  // empties the host's record
-    ~PathTest() override { vpDestroySearch(&search_); }
+    ~PathTest() override {
+        for (vpSearch*& search : parked_) vpDestroySearch(&search);
+        vpDestroySearch(&search_);
+    }
 
     FakeHost host;
     vpPath path;
@@ -72,5 +75,7 @@ class PathTest : public testing::Test {
     std::string contents(const std::string& name);
 
     vpSearch* search_ = nullptr;
+    vpSearch* parked_[3] = {};  // "swap N" changes the open search for one of these
     std::map<std::string, vpDir> kept_;
+    std::map<std::string, vpRegisteredInterest> interests_;
 };
