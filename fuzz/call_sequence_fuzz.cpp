@@ -1,199 +1,137 @@
-// Calls in any order, with handles and searches kept open over them, a listener that calls back,
-// and a tree that changes meanwhile: the structures hold throughout.
-#include <vector>
+// Commands in any order on a host that may do anything: give kinds and times that are not so, list
+// what is not there, otherwise each time, throw, and call back in. The structures hold throughout,
+// every search ends, and what was allocated is given back.
+#include <gtest/gtest-spi.h>
+
+#include <climits>
+#include <optional>
+#include <stdexcept>
+
+#include <hostkit/hostkit.h>
 
 #include "fuzzed_path.h"
+#include "support/path_test.h"
+#include "support/steps.h"
 
 namespace {
 
-constexpr const char* kDirectories[] = {"/a",         "/b",       "/a/d",  "d",   "/a/@C", "/a/+p",
-                                        "/a/private", "/b/+p/@C", "/none", "/a/", ".",     ""};
-constexpr const char* kFiles[] = {
-    "/a/f.v",           "/b/f.v",         "/b/F.p",          "/a/@C/C.v",  "/b/@C/f.v", "/a/+p/f.v",
-    "/b/+p/@C/C.p",     "/a/private/f.v", "/a/@C/private/g", "/a/d/f.v",   "/cwd/f.v",  "/cwd/d/",
-    "/cwd/private/f.v", "/a/+p/+q/f",     "/b/d/",           "/cwd/@C/f.v"};
-constexpr const char* kNames[] = {"f", "F.V", "@C/f", "+p/f", "private/f", "C", "d/f", nullptr};
-constexpr const char* kLists[] = {"/a:/b", "/b;/a:d", "/b:/b/:/none", ":", "/a/d:/a"};
-
-template <class Choices>
-const char* Pick(Input& input, const Choices& choices) {
-    return choices[input.below(std::size(choices))];
-}
-
-class Caller {
+class Hostile : public PathTest {
   public:
-    explicit Caller(Input& input) : input_(input) {
-        theCaller_ = this;
-        for (const char* const name : kFiles) on_.host.add({name});
-        vpRegisterPathInterest(on_.path, [](vpEventType, vpDir dir) { theCaller_->answer(dir); });
+    explicit Hostile(Input& input) : input_(input) {
+        theHost_ = this;
+        vpSetDefaultIOFcnsNew(List, Accessibility, IsReadable, IsDirectory, Time,
+                              FakeHost::changeDir);
+        host.onCall = [this](const std::string& call) { answer(call); };
+        steps_.emplace(
+            host, [this](size_t n) { return input_.below(n); }, [this] { return known(); });
+        isWild_ = true;
     }
-    ~Caller() {
-        for (vpSearch*& search : searches_) vpDestroySearch(&search);
+    ~Hostile() override {
+        isWild_ = false;
+        step("cacherevert");
     }
+    void TestBody() override {}
 
-    void step() {
-        call();
-        if (vpLookupPath("fuzz").get() == nullptr) {
-            on_.path = vpCreatePathWithPreFrozen(0, "fuzz", "/b", vpCaseSensitive, false);
-        }
+    void next() {
+        const std::string command = steps_->next();
+        path = vpLookupPath("p");
+        if (!Steps::IsPossible(host, path.get() != nullptr, command)) return;
+        // Names that no disk holds are not put together from their parts.
+        testing::TestPartResultArray ignored;
+        const testing::ScopedFakeTestPartResultReporter ignoring(
+            testing::ScopedFakeTestPartResultReporter::INTERCEPT_ALL_THREADS, &ignored);
+        CHECK(step(command).rfind("without end", 0) != 0);
+        forget();
+        const vpPath live = vpLookupPath("p");
+        if (live.get() != nullptr) CHECK(CheckInvariants(*live.get()).empty());
+        if (live.get() == nullptr) step("path - " + steps_->expand("$A"));
     }
-
-    void check() { on_.check(); }
 
   private:
-    void call() {
-        const vpPath path = on_.path;
-        vpDir& kept = kept_[input_.below(std::size(kept_))];
-        vpSearch*& search = searches_[input_.below(std::size(searches_))];
-        switch (input_.below(24)) {
-            case 0:
-                on_.host.add({Pick(input_, kFiles)});
-                break;
-            case 1:
-                remove(Pick(input_, kFiles));
-                break;
-            case 2:
-                on_.host.now += static_cast<long>(input_.below(4));
-                break;
-            case 3:
-                touch(Pick(input_, kDirectories));
-                break;
-            case 4:
-                kept = vpAddDir(path, Pick(input_, kDirectories), where());
-                break;
-            case 5:
-                vpAddDirsString(path, Pick(input_, kLists), where());
-                break;
-            case 6:
-                vpRemoveDir(kept);
-                break;
-            case 7:
-                vpReplacePath(path, Pick(input_, kLists));
-                break;
-            case 8:
-                vpSetCWDName(path, Pick(input_, kDirectories));
-                break;
-            case 9:
-                vpRefreshAllDirectories(path, refreshType());
-                break;
-            case 10:
-                vpRefreshDirectory(kept, refreshType());
-                break;
-            case 11:
-                vpFreeze(kept);
-                break;
-            case 12:
-                vpUnFreeze(kept);
-                break;
-            case 13:
-                vpHideCWD(path, input_.below(2) == 0);
-                break;
-            case 14:
-                vpSetCaseSensitivity(path, input_.below(2) == 0);
-                break;
-            case 15:
-                kept = vpFindDirFullName(path, Pick(input_, kDirectories));
-                break;
-            case 16:
-                kept = vpGetMethodDirs(kept, vpGetNextMethodDir(kept));
-                break;
-            case 17:
-                kept = vpSetFullnameChanged(path, Pick(input_, kFiles));
-                break;
-            case 18:
-                vpSetDirChanged(kept);
-                break;
-            case 19:
-                vpDeleteNonExistentDirectories(path);
-                break;
-            case 20:
-                open(search, kept);
-                break;
-            case 21:
-                next(search, kept);
-                break;
-            case 22:
-                callsBack_ = input_.below(3) == 0;
-                break;
-            default:
-                if (input_.below(8) == 0) vpRemovePath(path);
-                break;
+    bool oneIn(size_t count) { return isWild_ && input_.below(count) == 0; }
+
+    // What a callback or a listener does before it answers: mostly nothing.
+    void answer(const std::string& call) {
+        const size_t choice = isWild_ ? input_.below(64) : 0;
+        const bool isPrint = call.find('\n') != call.npos;
+        if (choice == 1 && !isPrint) throw std::runtime_error("from the host");
+        if (choice == 2) vpRemovePath(vpLookupPath("p"));
+        if (choice == 3) host.now += static_cast<long>(input_.below(9)) - 4;
+        if (choice < 4 || choice > 9 || depth_ > 2) return;
+        ++depth_;
+        const std::string command = steps_->next();
+        path = vpLookupPath("p");
+        if (Steps::IsPossible(host, path.get() != nullptr, command)) step(command);
+        --depth_;
+    }
+
+    std::vector<std::string> known() {
+        std::vector<std::string> names;
+        for (vpDir at = vpGetNextPathDir(vpGetNullDir(path)); vpGetDirType(at) != vpDirTypeNone;
+             at = vpGetNextPathDir(at)) {
+            names.push_back(NameOf(at));
+            for (const vpDir& in :
+                 {vpGetMethodDirs(at, at), vpGetPackageDirs(at, at), vpGetPrivateDir(at)}) {
+                if (vpGetDirType(in) != vpDirTypeNone) names.push_back(NameOf(in));
+            }
         }
+        return names;
     }
 
-    void remove(const char* name) {
-        if (on_.host.exists(name)) on_.host.remove(name);
-    }
-    void touch(const char* name) {
-        if (on_.host.exists(name)) on_.host.setTime(name, on_.host.now);
-    }
-
-    void open(vpSearch*& search, const vpDir& from) {
-        vpDestroySearch(&search);
-        const char* const name = Pick(input_, kNames);
-        switch (input_.below(4)) {
-            case 0:
-                search = vpCreateAllSearch(on_.path, name, nullptr, vpReadCheckVerify);
-                break;
-            case 1:
-                search = vpCreateVisibleSearch(from, name, nullptr, vpReadCheckSkip);
-                break;
-            case 2:
-                search = vpCreateDirSearch(from, name, nullptr, vpReadCheckSkip);
-                break;
-            default:
-                search = vpCreateMethodSearch(on_.path, name, nullptr, vpReadCheckSkip);
-                break;
+    static char* List(vpPath on, const char* name, unsigned int** wordsOut) {
+        Hostile& self = *theHost_;
+        if (!self.oneIn(4)) return FakeHost::list(on, name, wordsOut);
+        std::string names;
+        const size_t count = self.input_.below(12);
+        auto* const words =
+            static_cast<unsigned int*>(hkMalloc((count + 1) * sizeof(unsigned int)));
+        for (size_t at = 0; at < count; ++at) {
+            const char* const odd[] = {"a/b", "..",      "/",        "@", "+",
+                                       "x.",  "PRIVATE", "\xFF\xC3", "@a"};
+            const size_t choice = self.input_.below(128);
+            std::string entry =
+                choice < std::size(odd) ? odd[choice] : self.steps_->expand("$M$b$e");
+            if (choice == 127) entry += std::string(65536 - entry.size(), 'x');
+            names += entry + '\0';
+            const unsigned int kinds[] = {0, 0x4000, 0x8000, 0x8001, 0x8002, 0xC003, UINT_MAX};
+            words[at] = kinds[self.input_.below(std::size(kinds))];
         }
+        *wordsOut = words;
+        if (count == 0) return nullptr;
+        auto* const listing = static_cast<char*>(hkMalloc(names.size() + 1));
+        std::copy_n(names.c_str(), names.size() + 1, listing);
+        return listing;
+    }
+    static vpDirAccessibility Accessibility(vpPath on, const char* name) {
+        const bool isOdd = theHost_->oneIn(8);
+        return isOdd ? static_cast<vpDirAccessibility>(theHost_->input_.below(6))
+                     : FakeHost::accessibility(on, name);
+    }
+    static bool IsReadable(const char* name) {
+        return FakeHost::isReadable(name) != theHost_->oneIn(8);
+    }
+    static bool IsDirectory(vpPath on, const char* name) {
+        return FakeHost::isDir(on, name) != theHost_->oneIn(4);
+    }
+    static long Time(vpPath on, const char* name) {
+        const long odd[] = {LONG_MIN, -1, 0, theHost_->host.now, theHost_->host.now + 9, LONG_MAX};
+        const long time = FakeHost::modificationTime(on, name);
+        return theHost_->oneIn(4) ? odd[theHost_->input_.below(std::size(odd))] : time;
     }
 
-    void next(vpSearch* search, vpDir& dir) {
-        if (search == nullptr) return;
-        char name[2 * 4352];
-        switch (input_.below(3)) {
-            case 0:
-                vpFindNextUnspecified(search, &dir, name);
-                break;
-            case 1:
-                vpFindNextFile(search, &dir, name);
-                break;
-            default:
-                vpFindNextDir(search, &dir);
-                break;
-        }
-    }
-
-    // What the listener does: another call, but none beneath it.
-    void answer(const vpDir& dir) {
-        char name[2 * 4352];
-        if (vpGetDirNameLen(dir) < static_cast<int>(sizeof name)) vpGetDirName(dir, name);
-        if (!callsBack_ || isInside_) return;
-        isInside_ = true;
-        call();
-        isInside_ = false;
-    }
-
-    vpDirAddLocn where() { return static_cast<vpDirAddLocn>(input_.below(2)); }
-    vpDirRefreshType refreshType() { return static_cast<vpDirRefreshType>(input_.below(5)); }
-
-    static inline Caller* theCaller_ = nullptr;
-    FuzzedPath on_{"/b"};
+    static inline Hostile* theHost_ = nullptr;
     Input& input_;
-    vpDir kept_[4];
-    vpSearch* searches_[3] = {};
-    bool callsBack_ = false;
-    bool isInside_ = false;
+    std::optional<Steps> steps_;
+    bool isWild_ = false;
+    int depth_ = 0;
 };
 
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     Input input(data, std::min<size_t>(size, 4096));
-    Caller caller(input);
-    for (int steps = 1; !input.empty(); ++steps) {
-        caller.step();
-        if (steps % 16 == 0) caller.check();
-    }
-    caller.check();
+    const NothingFailed atTheEnd;
+    Hostile host(input);
+    while (!input.empty()) host.next();
     return 0;
 }

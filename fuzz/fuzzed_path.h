@@ -12,11 +12,13 @@
 #include "support/check_invariants.h"
 #include "support/fake_host.h"
 
+// Outlives a fake host, which finds what was not given back.
+struct NothingFailed {
+    ~NothingFailed() { CHECK(!testing::UnitTest::GetInstance()->Failed()); }
+};
+
 class FuzzedPath {
-    // Outlives the host, which finds what was not given back.
-    struct NothingFailed {
-        ~NothingFailed() { CHECK(!testing::UnitTest::GetInstance()->Failed()); }
-    } atTheEnd_;
+    NothingFailed atTheEnd_;
 
   public:
     explicit FuzzedPath(const char* preFrozenRoot = nullptr) {

@@ -18,7 +18,7 @@ const std::map<char, Texts> kGrammar = {
     {'t', {"time $E $w", "time $E $w", "time $E $w ; refreshall 1"}},
     {'p',
      {"add $R", "add $R", "add $Z", "first $R", "first $R", "list $L", "listfirst $L", "remove $D",
-      "remove $D", "replace $L", "replace $L", "cwd $C", "hide $B", "$x", "prune"}},
+      "remove $D", "replace $L", "replace $L", "cwd $C", "hide 0", "hide 1", "$x", "prune"}},
     {'r',
      {"refreshall $T", "refreshall $T", "refreshall 1", "refreshall 1", "refresh $D $T",
       "refresh $D $T", "mark $D", "mark $D/@b", "markall", "unknown", "freeze $D", "freeze $D",
@@ -71,6 +71,8 @@ Steps::Steps(const FakeHost& host, std::function<size_t(size_t)> below,
         instead_['C'] = {"/cwd", "/v"};
         instead_['Z'] = {"$R"};
     } else if (below_(3) == 0) {
+        // No open searches: what they ask a cache about, nobody hears.
+        instead_['s'] = {"files $S", "files $S", "any $S", "subs $S", "dirs $S", "one V:$D $q$v"};
         instead_['x'] = {"cachewrite", "cacheload", "cacheload", "cacherevert"};
         instead_['p'] = kGrammar.at('p');
         instead_['p'].insert(instead_['p'].end(), 4, "$x");
@@ -87,7 +89,7 @@ std::string Steps::next() {
         for (size_t at = 0; at < commands.size(); at = commands.find(" ; ", at) + 3)
             pending_.push_back(commands.substr(at, commands.find(" ; ", at) - at));
     }
-    const std::string command = pending_.front();
+    std::string command = pending_.front();
     pending_.pop_front();
     return command;
 }
@@ -148,7 +150,7 @@ std::string Steps::onDisk(bool isDirectory) {
     while (true) {
         const Texts entries = host_.entries(at);
         if (entries.empty()) return at;
-        const std::string entry = at + "/" + one(entries);
+        std::string entry = at + "/" + one(entries);
         if (!isDirectory && below_(3) == 0) return entry;
         if (!host_.isDirectory(entry) || below_(3) == 0) return isDirectory ? at : entry;
         at = entry;
