@@ -123,6 +123,18 @@ TEST_F(CacheTest, WritesWholeFilesOrAnswersFalse) {
         EXPECT_FALSE(vpWritePathToCacheFile(path, name)) << name;
     }
     EXPECT_FALSE(vpWritePathToCacheFile(vpPath(), file.c_str()));
+    // More than is written at once.
+    std::string list, elements;
+    for (int i = 0; i < 200; ++i) {
+        const std::string name = std::to_string(i) + std::string(2000, 'x');
+        host.add({"/i/toolbox/" + name + "/f.v"});
+        list += ":/i/toolbox/" + name;
+        elements += "1D" + name + " 2Ff.v 1/ ";
+    }
+    run("terminate ; path - /i/toolbox");
+    vpAddDirsString(path, list.c_str(), vpAddAtEnd);
+    elements.pop_back();
+    EXPECT_EQ(written(), lines(elements));
     // A callback takes away what is being written.
     for (const std::string act : {"remove /i/toolbox/d", "removepath"}) {
         run("terminate ; tree /i/toolbox/d/+p/+q/@C/f ; words 0");

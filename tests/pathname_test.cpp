@@ -46,6 +46,18 @@ class Pathname : public testing::Test {
     const std::string home_ = std::getenv("HOME") ? std::getenv("HOME") : "";
 };
 
+TEST_F(Pathname, KindsOfNamesAndSeparators) {
+    for (const std::string name : {"/", "/a", "", "a/b", "~/a", "//host/a", "\\\\host\\a"}) {
+        EXPECT_EQ(vpIsAbsolutePath(name.c_str()), name[0] == '/' || name[0] == '~') << name;
+        EXPECT_FALSE(vpIsWinPathRemote(name.c_str())) << name;
+        for (size_t at = 0; at <= name.size(); ++at) {
+            EXPECT_EQ(vpIsPathNameSep(name.c_str(), name.c_str() + at), name.c_str()[at] == '/');
+        }
+    }
+    EXPECT_FALSE(vpIsAbsolutePath(nullptr) || vpIsWinPathRemote(nullptr));
+    EXPECT_FALSE(vpIsPathNameSep(nullptr, nullptr));
+}
+
 TEST_F(Pathname, ExtensionsAndLastComponents) {
     // clang-format off
     // Name, what precedes its extension (null: it has none), what precedes the last '.', the last

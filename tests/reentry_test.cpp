@@ -240,6 +240,10 @@ TEST_F(Reentry, ADirectoryStaysAsFarAsItWasRead) {
         << partly;
     host.onCall = nullptr;
     run("refreshall 4\n holds /a => one.v two.v zero.v last.v | | @C @D");
+    host.onCall = [](const std::string& call) {
+        if (call == "list /b") throw 1;
+    };
+    run("tree /b/f.v /c/f.v ; replace /b:/c => no ; on => /cwd /b /c");
 }
 
 }  // namespace
