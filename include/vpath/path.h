@@ -44,17 +44,17 @@ class PathAllDirItemInfo;
 // remove it. A removed path stays allocated until its last handle goes.
 class VP_EXPORT vpPath {
   public:
-    vpPath();               // null
-    vpPath(PathMgr* path);  // NOLINT: null when `path` is null or was removed
-    vpPath(const vpPath& other);
-    ~vpPath();
-    vpPath& operator=(const vpPath& other);
-    vpPath& operator=(PathMgr* path);  // does not ask whether the path is live
-    void copy(const vpPath& other);    // lets its own target go, then takes the other's
-    bool operator==(const PathMgr* path) const;
-    bool operator==(const vpPath& other) const;
-    operator const PathMgr*() const;  // NOLINT: the raw pointer, null for a null handle
-    PathMgr* get() const { return target_; }
+    vpPath();                                    // null
+    vpPath(PathMgr* path);                       // NOLINT: null when `path` is null or was removed
+    vpPath(const vpPath& other);                 // to the same path
+    ~vpPath();                                   // lets it go
+    vpPath& operator=(const vpPath& other);      // as copy
+    vpPath& operator=(PathMgr* path);            // does not ask whether the path is live
+    void copy(const vpPath& other);              // lets its own target go, then takes the other's
+    bool operator==(const PathMgr* path) const;  // the same path
+    bool operator==(const vpPath& other) const;  // the same path, or both null
+    operator const PathMgr*() const;             // NOLINT: the raw pointer, null for a null handle
+    PathMgr* get() const { return target_; }     // the same
 
   private:
     PathMgr* target_;
@@ -64,19 +64,20 @@ class VP_EXPORT vpPath {
 // inside one. The directory keeps its name for as long as a handle holds it.
 class VP_EXPORT vpDir {
   public:
-    vpDir();                         // null
-    vpDir(PathAllDirItemInfo* dir);  // NOLINT
-    vpDir(const vpDir& other);
-    ~vpDir();
-    vpDir& operator=(const vpDir& other);
-    vpDir& operator=(PathAllDirItemInfo* dir);
-    void copy(const vpDir& other);  // lets its own target go, then takes the other's
-    PathAllDirItemInfo* get() const { return target_; }
+    vpDir();                                    // null
+    vpDir(PathAllDirItemInfo* dir);             // NOLINT: null when `dir` is
+    vpDir(const vpDir& other);                  // to the same directory
+    ~vpDir();                                   // lets it go
+    vpDir& operator=(const vpDir& other);       // as copy
+    vpDir& operator=(PathAllDirItemInfo* dir);  // null when `dir` is
+    void copy(const vpDir& other);              // lets its own target go, then takes the other's
+    PathAllDirItemInfo* get() const { return target_; }  // the raw pointer, null for a null handle
 
   private:
     PathAllDirItemInfo* target_;
 };
 
+// Constants that old hosts look for in a class.
 class VP_EXPORT VPathConstants {
   public:
     static const uint16_t
@@ -86,27 +87,31 @@ class VP_EXPORT VPathConstants {
 // ---------------------------------------------------------------------------------------------
 // Enumerations. All are over int: every value that a caller passes is a valid one.
 
+// What becomes of a directory that a path is to take.
 enum vpDirAccessibility : int {
-    vpDirInaccessible = 0,  // like every value that is not named here: an access failure
-    vpDirAccessible = 1,
-    vpDirAccessUnknown = 2,
-    vpDirPermissionDenied = 3,
-    vpDirNonexistent = 4,  // nonexistent or not a directory
+    vpDirInaccessible = 0,      // like every value that is not named here: an access failure
+    vpDirAccessible = 1,        // it is taken
+    vpDirAccessUnknown = 2,     // an access failure, too
+    vpDirPermissionDenied = 3,  // refused, and the message says why
+    vpDirNonexistent = 4,       // the same; nonexistent or not a directory
 };
 
+// How names compare.
 enum vpCaseSensitivity : int {
-    vpCaseSensitive = 0,
-    vpCaseInsensitive = 1,
-    vpCaseDefault = 2,  // the platform's rule: case-sensitive
-    vpCaseOfPath = 3,   // searches only: as set for the path
+    vpCaseSensitive = 0,    // byte for byte
+    vpCaseInsensitive = 1,  // ASCII letters folded
+    vpCaseDefault = 2,      // the platform's rule: case-sensitive
+    vpCaseOfPath = 3,       // searches only: as set for the path
 };
 
+// Where directories are added to a path.
 enum vpDirAddLocn : int {
     vpAddAtBeginning = 0,  // just after the current directory
     vpAddAtEnd = 1,        // like any other value
 };
 
-enum vpEventType : int {        // directory that comes with it
+// What listeners hear of, and the directory that comes with it.
+enum vpEventType : int {
     vpEventDirReread = 0,       // the directory that was read again
     vpEventReplaceBegin = 1,    // null directory; vpReplacePath has touched nothing yet
     vpEventCWDChangeBegin = 2,  // null directory; the new one is valid, the old one in place
@@ -116,13 +121,14 @@ enum vpEventType : int {        // directory that comes with it
     vpEventPathRemoved = 9,     // null directory; the path is still live
 };
 
+// What a directory is, as vpGetDirType answers.
 enum vpDirType : int {
     vpDirTypeNone = 0,     // a null handle, or the null directory
     vpDirTypeCurrent = 1,  // the directory in the current-directory slot
-    vpDirTypePath = 2,
-    vpDirTypePackage = 3,
-    vpDirTypeClass = 4,
-    vpDirTypePrivate = 5,
+    vpDirTypePath = 2,     // a directory that was added to a path
+    vpDirTypePackage = 3,  // `+name`
+    vpDirTypeClass = 4,    // `@Name`
+    vpDirTypePrivate = 5,  // `private`
 };
 
 // How hard a refresh looks. A directory already marked changed is read again under every one.
@@ -133,14 +139,22 @@ enum vpDirRefreshType : int {  // 0 is taken as 1
     vpRefreshPending = 4,       // and above: nothing that is not marked changed is read
 };
 
+// What becomes of a stamp that is compared.
 enum vpTimeStampUpdate : int {
     vpUpdateTimeStamp = 0,  // store the new time in the caller's stamp
     vpKeepTimeStamp = 1,    // like any other value: only report
 };
 
-enum vpRefreshPolicy : int { vpRefreshPolicyDefault = 1 };
+// Kept for old hosts: there is one policy.
+enum vpRefreshPolicy : int {
+    vpRefreshPolicyDefault = 1,  // refresh as asked
+};
 
-enum vpWarnInvalidCNH : int { vpWarnInvalidCNHOff = 0, vpWarnInvalidCNHOn = 1 };
+// Kept for old hosts.
+enum vpWarnInvalidCNH : int {
+    vpWarnInvalidCNHOff = 0,  // no effect
+    vpWarnInvalidCNHOn = 1,   // no effect
+};
 
 // ---------------------------------------------------------------------------------------------
 // Host hooks
@@ -172,12 +186,14 @@ using vpChangeDirFcn = int (*)(const char*);
 // Receives one finished line without a line feed.
 using vpMessageFcn = void (*)(const char*);
 
+// Hears of an event of a path; vpRegisterPathInterest says what it finds and may do.
 using vpListenerFcn = void (*)(vpEventType, vpDir);
 
+// The message functions of a moment; null where a channel is silent.
 struct vpEnvironmentFcns {
-    vpMessageFcn error;
-    vpMessageFcn warning;
-    vpMessageFcn info;
+    vpMessageFcn error;    // what failed
+    vpMessageFcn warning;  // what was refused or cut
+    vpMessageFcn info;     // what is worth knowing
 };
 
 // Installs the process-wide callbacks, from which each path takes its own at creation. A null among
@@ -246,6 +262,7 @@ VP_EXPORT void vpRemovePath(vpPath path);
 // Removes every path. True when there was none (so kept for the hosts that rely on it).
 VP_EXPORT bool vpTerminate();
 
+// The case rule of a path, for names compared from now on.
 VP_EXPORT void vpSetCaseSensitivity(vpPath path, bool caseSensitive);
 VP_EXPORT bool vpGetPathCaseSensitivity(vpPath path);  // false on a dead handle
 
@@ -291,6 +308,7 @@ VP_EXPORT int vpGetNumPathDirs(vpPath path);
 // directories and then the current one. Cost: one look-up per special component.
 VP_EXPORT vpDir vpFindDirFullName(vpPath path, const char* name);
 
+// The null directory of a path: what a look-up that finds nothing answers.
 VP_EXPORT vpDir vpGetNullDir(vpPath path);
 
 // Whether an entry that a directory on the path holds, and of which the listing did not say what
@@ -340,8 +358,8 @@ VP_EXPORT bool vpIsPathDirAlsoCWD(const vpDir& dir);
 // Reading a directory through its handle
 
 VP_EXPORT bool vpIsDirHandleValid(const vpDir& dir);  // alive, and its path live
-VP_EXPORT vpPath vpGetPathOfDir(const vpDir& dir);
-VP_EXPORT bool vpIsSameDir(vpDir a, vpDir b);
+VP_EXPORT vpPath vpGetPathOfDir(const vpDir& dir);    // a null handle for a null directory handle
+VP_EXPORT bool vpIsSameDir(vpDir a, vpDir b);         // one and the same item
 
 // Copies the full name into `buf`, which has room for it ("" for the null directory); `buf`.
 VP_EXPORT char* vpGetDirName(const vpDir& dir, char* buf);
@@ -367,9 +385,10 @@ VP_EXPORT bool vpIsPrivateDirName(const char* name);
 // ---------------------------------------------------------------------------------------------
 // Listeners
 
+// What cancels a registration: the path, and the listener's place in its list.
 struct vpRegisteredInterest {
-    vpPath path;
-    int32_t index;
+    vpPath path;    // null when nothing was registered
+    int32_t index;  // from 0
 };
 
 // Calls `listener` for each event of the path, in order of registration, on the thread that caused
@@ -411,11 +430,13 @@ VP_EXPORT int vpSetNotificationHandleWarnings(vpPath path, vpWarnInvalidCNH warn
 // ---------------------------------------------------------------------------------------------
 // Time stamps, change marks, refresh. Times are whole seconds.
 
+// When a file was written, as it was seen.
 struct vpTimeStamp_tag {
     int64_t time;         // -1: no stamp
     uint64_t generation;  // the directory's count of changes at that moment; 0: none
 };
 
+// A stamp of the caller's, made and ended, copied and compared.
 VP_EXPORT vpTimeStamp_tag* vpCreateTimeStamp();  // (-1, 0); null when there is no memory
 VP_EXPORT void vpDestroyTimeStamp(vpTimeStamp_tag* stamp);
 VP_EXPORT void vpCopyTimeStamp(vpTimeStamp_tag* to, vpTimeStamp_tag* from);
@@ -497,6 +518,7 @@ VP_EXPORT bool vpWritePathToCacheFile(vpPath path, const char* fileName);
 VP_EXPORT void vpUseToolboxCache(vpPath path, const char* cacheFile, const char* rootDir,
                                  bool verbose);
 
+// Whether a cache is in use.
 VP_EXPORT bool vpInToolboxCacheMode();
 
 // Ends cache mode: gives the path the process-wide callbacks and frees the cache. Other paths that

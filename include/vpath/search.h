@@ -13,14 +13,17 @@
 //
 // Order of precedence. Matches come category by category; within a category in path order, the
 // current directory first:
-//   from a directory (visible search)
-//     1. files in its private directory
-//     2. files in a class directory of the same name (the constructor @name/name)
-//     3. files lying directly in directories of the path
-//   over the path (all search)
-//     1. files lying directly in directories of the path
-//     2. files in class and package directories
-//     3. files in private directories
+//
+// From a directory (visible search):
+// 1. files in its private directory
+// 2. files in a class directory of the same name (the constructor @name/name)
+// 3. files lying directly in directories of the path
+//
+// Over the path (all search):
+// 1. files lying directly in directories of the path
+// 2. files in class and package directories
+// 3. files in private directories
+//
 // A plain name reaches only as deep as it spells out: "+pkg/name", "@cls/name" and "private/name"
 // reach into those. A name with a directory part is always searched over the path.
 //
@@ -37,13 +40,16 @@
 #include <vpath/export.h>
 #include <vpath/path.h>
 
+// An open search: made by one of the calls below, ended by vpDestroySearch.
 class vpSearch;
 
+// Whether a search asks the readability callback.
 enum vpReadCheck : int {
     vpReadCheckVerify = 0,  // yield a file only when the host says that it is readable
     vpReadCheckSkip = 1,    // like any other value: do not ask
 };
 
+// ---------------------------------------------------------------------------------------------
 // Creating. Each answers a new search, which the caller ends with vpDestroySearch, or null: on a
 // dead handle, and when the name cannot be normalised (a warning says why). Cost: one look-up.
 // Calls whose names end in Iterator take the case rule; the others use the path's.
@@ -104,6 +110,7 @@ VP_EXPORT vpSearch* vpCreateFilenameVisibleSearchIterator(vpPath path, const cha
                                                           const char* name, const char** exts,
                                                           vpReadCheck rc, vpCaseSensitivity cs);
 
+// ---------------------------------------------------------------------------------------------
 // Retrieving. The kinds of call may be mixed: each goes on from where the search stands. `dirOut`
 // may be null and otherwise receives the directory that holds the match, the path's null directory
 // at the end. `nameOut` may be null and otherwise has room for a full pathname, which is copied
@@ -141,6 +148,7 @@ VP_EXPORT unsigned int vpFindFirstFileVisibleToFile(vpPath path, const char* fil
                                                     const char* name, const char** exts,
                                                     vpReadCheck rc, vpDir* dirOut, char* nameOut);
 
+// ---------------------------------------------------------------------------------------------
 // Walking class and package directories. Each call takes the last answer and gives the next; the
 // null directory at the end. Cost: O(1) a step, but for directories of the path without any.
 

@@ -15,6 +15,7 @@
 #include <stddef.h>
 #include <stdint.h>
 
+// Marks what the bundled library exports.
 #define HK_EXPORT __attribute__((visibility("default")))
 
 #ifdef __cplusplus
@@ -88,10 +89,11 @@ HK_EXPORT uint32_t hk_hash_next_quasiprime(hkMemoryContext* context, uint32_t ta
 // ---------------------------------------------------------------------------------------------
 // Timing
 
-// Local time of day; `seconds` has a fraction.
+// Local time of day.
 typedef struct {
-    int hours, minutes;
-    double seconds;
+    int hours;       // 0 to 23
+    int minutes;     // 0 to 59
+    double seconds;  // with a fraction
 } hkWallClockTime;
 HK_EXPORT void hkWallClock(hkWallClockTime* out);
 
@@ -108,11 +110,14 @@ HK_EXPORT void hkMarkTime(const char* label, hkTick start, hkTick end);
 HK_EXPORT void hkIncrementTicDepth(void);
 HK_EXPORT void hkDecrementTicDepth(void);
 
+// A recorded span.
 typedef struct {
-    char label[32];
-    hkTick start, end;
-    int depth;
+    char label[32];  // with its NUL
+    hkTick start;    // as given
+    hkTick end;      // as given
+    int depth;       // at which it was recorded; 0: not nested
 } hkMarkedTime;
+
 // Copies the latest recorded spans, at most `capacity`, the newest first; answers how many.
 HK_EXPORT size_t hkGetMarkedTimes(hkMarkedTime* out, size_t capacity);
 
