@@ -6,6 +6,17 @@ endif()
 
 add_compile_options(-Wall -Wextra -Wpedantic -Wconversion -Wshadow)
 
+# What is built does not depend on where that is done: names of source files are taken from here,
+# libraries are looked for from where the program lies, and members of archives are all of one time
+# and owner. scripts/reproducible proves it.
+set(CMAKE_BUILD_RPATH_USE_ORIGIN ON)
+if(CMAKE_BUILD_TYPE STREQUAL "Release")
+    add_compile_options(
+        "-ffile-prefix-map=${PROJECT_SOURCE_DIR}/=" "-ffile-prefix-map=${PROJECT_BINARY_DIR}/=")
+endif()
+set(CMAKE_CXX_ARCHIVE_CREATE "<CMAKE_AR> qcD <TARGET> <LINK_FLAGS> <OBJECTS>")
+set(CMAKE_CXX_ARCHIVE_FINISH "<CMAKE_RANLIB> -D <TARGET>")
+
 if(PROJECT_IS_TOP_LEVEL)
     # The build folder is laid out like an installation.
     set(CMAKE_RUNTIME_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/bin")
