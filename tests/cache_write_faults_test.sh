@@ -73,6 +73,27 @@ each_call write retval=1
 each_call openat error=EMFILE
 each_call getdents64 error=EIO
 
+# What may not be read is left out, and said; what cannot be read just now stops the write.
+says() {  # PLACE ERROR STATUS TEXT [OPTION]
+    local status=0
+    strace -f -o trace -P "$PWD/inst/$1" -e trace=openat -e "inject=openat:error=$2" \
+        "${write[@]}" "${@:5}" > out 2>&1 || status=$?
+    if [ "$status" -ne "$3" ] || ! grep -qF "$PWD/inst/$1$4" out; then
+        echo "$2 for $1: exit status $status, says"
+        cat out
+        exit 1
+    fi
+    cp old files/cache
+}
+says toolbox EACCES 2 ': Permission denied'
+says toolbox/beta EACCES 0 ": cannot be read: Permission denied; $PWD/inst/toolbox/beta is left out"
+says toolbox/beta EACCES 1 ': cannot be read: Permission denied; ' --strict
+says toolbox/alpha/@C ENOENT 0 ': cannot be read: No such file or directory; '
+says toolbox/alpha EMFILE 2 ': Too many open files'
+strace -f -o trace -P "$PWD" -e trace=openat -e inject=openat:error=ESTALE "${write[@]}" > out 2>&1
+grep -q "cannot list $PWD: Stale" out
+cp old files/cache
+
 for ((i = 0; i < kills; ++i)); do
     status=0
     "${write[@]}" > out 2>&1 &

@@ -53,7 +53,6 @@ void CompareNames(const vpPath& path, Files* files, bool tell) {
         vpDir where;
         char file[8192];
         while (vpFindNextFile(search, &where, file) != 0) {
-            if (!vpIsSameDir(dir, where)) continue;  // of a special directory, which has its turn
             present.insert(file);
             if (files->count(file) != 0) continue;
             if (tell) std::printf("+ %s\n", file);

@@ -292,7 +292,8 @@ VP_EXPORT vpDir vpAddDirsString(vpPath path, const char* list, vpDirAddLocn wher
 VP_EXPORT vpDir vpAddDirsArray(vpPath path, const char** names, int count, vpDirAddLocn where);
 
 // Takes a directory (kind 2) off its path. Its handles answer as dead; adding the same name again
-// revives them. Ignored for any other directory. Prints nothing. Cost: what the directory holds.
+// revives them, for which the directory itself, without what it held, is kept until the path is
+// removed. Ignored for any other directory. Prints nothing. Cost: what the directory holds.
 VP_EXPORT void vpRemoveDir(vpDir dir);
 
 // Makes the path's directories equal to `list`, in its order; those that stay are not read again.
@@ -413,8 +414,8 @@ struct vpRegisteredInterest {
 // On a dead handle nothing is stored and the answer's path is null.
 VP_EXPORT vpRegisteredInterest vpRegisterPathInterest(vpPath path, vpListenerFcn listener);
 
-// Harmless when repeated and for interests that were never given. The next registration reuses the
-// place.
+// Harmless when repeated and for interests that were never given. A later registration takes the
+// first free place.
 VP_EXPORT void vpCancelPathInterest(vpRegisteredInterest interest);
 
 // Silences events 0 and the event 5 of special directories; nothing else.

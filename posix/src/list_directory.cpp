@@ -88,29 +88,36 @@ void SortEntries(Listing& listing) {
 
 void* Allocate(size_t size) {
     void* block = hkMalloc(size);
-    hkOutOfMemoryCheck(block);
+    if (block == nullptr) throw std::bad_alloc();
     return block;
 }
 
+struct FreeBlock {
+    void operator()(void* block) const { hkFree(block); }
+};
+
 char* HandOver(const Listing& listing, unsigned int** words) {
-    char* names = static_cast<char*>(Allocate(listing.names.size() + 1));
+    std::unique_ptr<char, FreeBlock> names(static_cast<char*>(Allocate(listing.names.size() + 1)));
     auto* word =
         static_cast<unsigned int*>(Allocate(listing.entries.size() * sizeof(unsigned int)));
     *words = word;
-    char* end = names;
+    char* end = names.get();
     for (const Entry& entry : listing.entries) {
         end = stpcpy(end, listing.nameOf(entry)) + 1;
         *word++ = entry.word;
     }
     *end = '\0';
-    return names;
+    return names.release();
 }
 
 }  // namespace
 
 char* vpPosixListDirectory(vpPath, const char* dirName, unsigned int** words) {
     *words = nullptr;
-    if (dirName == nullptr) return nullptr;
+    if (dirName == nullptr) {
+        errno = EINVAL;
+        return nullptr;
+    }
     const std::unique_ptr<DIR, CloseDirectory> dir(opendir(dirName));
     if (dir == nullptr) return nullptr;
     try {
@@ -125,6 +132,7 @@ char* vpPosixListDirectory(vpPath, const char* dirName, unsigned int** words) {
         return names;
     } catch (const std::bad_alloc&) {
         hkOutOfMemoryCheck(nullptr);
+        errno = ENOMEM;
         return nullptr;
     }
 }

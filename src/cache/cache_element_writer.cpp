@@ -111,6 +111,7 @@ void CacheElementWriter::writeClasses(const vpDir& dir, size_t width) {
     }
 }
 
+// The widths follow what surrounds it: docs/cache-format.md has the table.
 void CacheElementWriter::writePrivate(const vpDir& dir, const Widths& widths) {
     const vpDir privateDir = vpGetPrivateDir(dir);
     if (!IsThere(privateDir)) return;
@@ -129,7 +130,7 @@ void CacheElementWriter::writeItems(const vpDir& dir, size_t width) {
     while (const PathItemInfo* const item = items.next(kFindFilesAndSubDirs)) {
         files.step();
         const std::string_view base = item->name();
-        const char* const extension = item->getExtension();
+        const char* const extension = item->isFile() ? item->getExtension() : nullptr;
         if (extension != nullptr) {
             const std::string_view text(extension);
             letter = FileLetter(static_cast<const PathFileItemInfo&>(*item), base, text);

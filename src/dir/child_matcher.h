@@ -71,7 +71,7 @@ class ChildMatcher {
 
     void index(const Item& child, size_t place) {
         name_ = child.name();
-        const char* const extension = child.getExtension();
+        const char* const extension = child.isFile() ? child.getExtension() : nullptr;
         if (extension != nullptr) name_.append(".").append(extension);
         index_.emplace(std::hash<std::string_view>()(name_), place);
     }

@@ -1,5 +1,7 @@
 #include "dir/dir_item.h"
 
+#include <cstring>
+
 #include <vpath/path.h>
 
 #include "base/guard.h"
@@ -15,6 +17,8 @@ PathAllDirItemInfo::PathAllDirItemInfo(PathAllDirItemInfo* container, bool kindC
       dirKind(static_cast<uint8_t>(kindOfDir)) {}
 
 PathAllDirItemInfo::~PathAllDirItemInfo() = default;
+
+const char* PathAllDirItemInfo::getExtension() const { return std::strrchr(baseName(), '.'); }
 
 bool PathAllDirItemInfo::markChanged() {
     if (dirKind == vpDirTypeNone) return false;

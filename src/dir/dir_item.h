@@ -28,6 +28,7 @@ class PathAllDirItemInfo : public PathItemInfo {
 
     ~PathAllDirItemInfo() override;
 
+    const char* getExtension() const override;
     PathAllDirItemInfo* asDirectory() override { return this; }
 
     // The directory's kind as vpGetDirType answers it.

@@ -1,5 +1,8 @@
 #include "dir/directory_merge.h"
 
+#include <algorithm>
+#include <utility>
+
 #include <vpath/path.h>
 
 #include "dir/child_matcher.h"
@@ -42,9 +45,14 @@ class Merge {
             return;
         }
         PathItemInfo* const made = MakeChild(directory_, entry);
-        if (made != nullptr) remember(*made, entry.kind);
         PathAllDirItemInfo* const special = made != nullptr ? made->asDirectory() : nullptr;
-        if (special != nullptr) readNew(*special);
+        // Should memory run out before it is read, a refresh of any type is to read it.
+        if (special != nullptr) special->loadState = PathAllDirItemInfo::kChanged;
+        if (made != nullptr) remember(*made, entry.kind);
+        if (special != nullptr) {
+            special->loadState = PathAllDirItemInfo::kNeverRead;
+            readNew(*special);
+        }
     }
 
   private:
@@ -133,6 +141,8 @@ void Renumber(PathPackageDirItemInfo& child, size_t index) {
 void DropStaleChildren(PathAllDirItemInfo& directory) {
     CursorList& cursors = directory.path()->cursors;
     ForEachList(directory, [&](auto& list, ChildList which) {
+        const auto isGone = [](const auto* child) { return IsGone(*child); };
+        if (std::none_of(list.begin(), list.end(), isGone)) return;
         cursors.childrenRemoved(directory, which, [&list](size_t i) { return IsGone(*list[i]); });
         size_t kept = 0;
         for (size_t i = 0; i < list.size(); ++i) {

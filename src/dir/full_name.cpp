@@ -46,7 +46,7 @@ Component ComponentInside(const PathItemInfo& item) {
             break;
     }
     if (item.nameRecord != nullptr) component.name = item.name();
-    if (const char* const extension = item.getExtension()) {
+    if (const char* const extension = item.isFile() ? item.getExtension() : nullptr) {
         component.dot = ".";
         component.extension = extension;
     }

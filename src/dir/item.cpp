@@ -129,3 +129,5 @@ PathSubDirItemInfo* PathSubDirItemInfo::Create(PathAllDirItemInfo& directory, st
 NameCategory PathSubDirItemInfo::category() const {
     return has(kInPathDirectory) ? NameCategory::kSubDirInPathDir : NameCategory::kSubDirElsewhere;
 }
+
+const char* PathSubDirItemInfo::getExtension() const { return std::strrchr(name().data(), '.'); }

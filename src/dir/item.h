@@ -59,9 +59,9 @@ class PathItemInfo : public HkAllocated {
     // The character that stands before the name on disk ('@', '+'), or 0.
     virtual char mark() const { return '\0'; }
 
-    // A file's extension without its dot, empty when the name ends in a dot. Null when there is
-    // none, and for directories.
-    virtual const char* getExtension() const { return nullptr; }
+    // A file's extension without its dot, empty when the name ends in a dot; a directory's from the
+    // last dot of its name, dot included. Null when there is none.
+    virtual const char* getExtension() const = 0;
 
     virtual bool isFile() const { return false; }
     virtual bool isPlainSubDir() const { return false; }
@@ -141,6 +141,7 @@ class PathSubDirItemInfo final : public PathItemInfo {
     static PathSubDirItemInfo* Create(PathAllDirItemInfo& directory, std::string_view name,
                                       bool kindConfirmed);
     NameCategory category() const override;
+    const char* getExtension() const override;
     bool isPlainSubDir() const override { return true; }
 
   private:

@@ -32,6 +32,7 @@ Verdict Decide(PathAllDirItemInfo& directory, int type) {
     const bool frozen = directory.loadState == PathAllDirItemInfo::kFrozen;
     if (SkipsFrozen(type)) {
         if (frozen) return Verdict::kSkipWithAllBeneath;
+        if (directory.loadState == PathAllDirItemInfo::kNeverRead) return Verdict::kReread;
         return CompareStamp(directory) ? Verdict::kReread : Verdict::kLeave;
     }
     switch (type) {

@@ -25,6 +25,7 @@ void ReadStampAfterLoad(PathAllDirItemInfo& directory) {
     directory.stampMode = kStampModeLoaded;
     directory.timeStamp = HostTimeOf(directory);
     const int64_t now = CurrentSeconds();
+    // The two-second rule: what changes later in the second of the stamp leaves the stamp as it is.
     if (directory.timeStamp >= now - 1) directory.timeStamp = now - 2;
 }
 

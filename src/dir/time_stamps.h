@@ -16,6 +16,7 @@ inline constexpr int kStampModeHeld = 5;
 // Records the directory's time as after a load.
 void ReadStampAfterLoad(PathAllDirItemInfo& directory);
 
-// Asks the host whether the directory's time has moved since its stamp was recorded, and records the
-// new one as far as the stamp's mode says. A directory that has changed is then marked so.
+// Asks the host whether the directory's time has moved since its stamp was recorded. If so, the new
+// one is recorded as far as the stamp's mode says and the directory marked changed; but a time of
+// this second or the one before only answers true: more may change in it.
 bool CompareStamp(PathAllDirItemInfo& directory);

@@ -1,5 +1,5 @@
 // Every directory that was ever added to a path and not thrown away with it, by full name: one that
-// was removed is found and enters again. The current directory is not among them.
+// was removed is found and revived (PathInfo::addDir). The current directory is not among them.
 #pragma once
 
 #include <cstddef>

@@ -1,5 +1,6 @@
 // Iterators of a search for a name. Each yields the items of one scope in its order; a search asks
-// its iterators one after another. This file is the home of the order of precedence.
+// its iterators one after another: vpSearch::buildNameIterators says which, the private directory
+// first. What comes first within a scope is decided here.
 #pragma once
 
 #include <span>

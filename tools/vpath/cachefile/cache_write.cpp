@@ -18,11 +18,20 @@
 
 namespace {
 
+std::string CannotBeRead(int error) {
+    return std::string("cannot be read: ") + std::strerror(error);
+}
+
 // Makes one cache file of the path.
 class CacheMaker {
   public:
     CacheMaker(const vpPath& path, const CacheArguments& arguments)
         : path_(path), arguments_(arguments) {}
+
+    // Notes the directories of the toolbox that are not on the path as they could not be read.
+    // Throws CommandError when that says nothing of the next time: nothing is to go from the file
+    // for it.
+    void checkListings();
 
     // Leaves those directories frozen that the file is to tell of; the others are not written.
     void chooseDirectories();
@@ -49,6 +58,21 @@ class CacheMaker {
     std::vector<vpDir> written_;
     std::vector<LeftOut> leftOut_;
 };
+
+void CacheMaker::checkListings() {
+    for (const auto& [name, error] : FailedListings()) {
+        const bool isToolbox = name == arguments_.toolbox.dir;
+        if (!isToolbox && arguments_.toolbox.nameIn(name).empty()) continue;
+        const bool lasts = error == EACCES || error == ENOENT || error == ENOTDIR;
+        if (isToolbox || !lasts) {
+            throw CommandError(arguments_.fileName + ": not written; cannot list " + name + ": " +
+                               std::strerror(error));
+        }
+        if (vpGetDirType(vpFindDirFullName(path_, name.c_str())) == vpDirTypeNone) {
+            leftOut_.push_back({name, CannotBeRead(error), "it is left out"});
+        }
+    }
+}
 
 void CacheMaker::chooseDirectories() {
     vpDir dir = vpGetNextPathDir(vpGetNullDir(path_));
@@ -123,12 +147,8 @@ void CacheMaker::verify(const ReplacementFile& file) const {
 ExitStatus RunWrite(const std::string& fileName, bool strict, Context& context) {
     const CacheArguments arguments = CheckCacheArguments(fileName, context);
     const vpPath path = context.loaded(arguments.toolbox.dir.c_str()).path;
-    // What may be read, and could not be just now, is not to go from the file for that.
-    for (const auto& [name, error] : FailedListings()) {
-        if (error != EACCES)
-            throw CommandError(fileName + ": not written, as " + name + " could not be listed");
-    }
     CacheMaker cache(path, arguments);
+    cache.checkListings();
     cache.chooseDirectories();
     for (const auto& [name, problem, advice] : cache.leftOut()) {
         context.output().miss(name, problem, advice);

@@ -21,13 +21,13 @@ bool keepsListingTimes = false;
 std::unordered_map<std::string, ListingTime> listingTimes;
 std::unordered_map<std::string, int> failedListings;
 
-void NoteFailure(const char* dirName, int error) {
-    if (error == 0 || error == ENOENT || error == ENOTDIR) {
+void NoteListing(const char* dirName, int error) {
+    if (error == 0) {
         failedListings.erase(dirName);
         return;
     }
     failedListings[dirName] = error;
-    if (error == EACCES) return;
+    if (error == EACCES || error == ENOENT || error == ENOTDIR) return;
     Complain(std::string("warning: cannot list ").append(dirName) + ": " + std::strerror(error));
 }
 
@@ -47,14 +47,16 @@ char* List(vpPath path, const char* dirName, unsigned int** words) {
     ++counts.listings;
     char* names = keepsListingTimes ? TimedListing(path, dirName, words)
                                     : vpPosixListDirectory(path, dirName, words);
-    if (errno != 0 || !failedListings.empty()) NoteFailure(dirName, errno);
+    if (errno != 0 || !failedListings.empty()) NoteListing(dirName, errno);
     if (listingObserver) listingObserver(dirName, names, *words);
     return names;
 }
 
 vpDirAccessibility Accessibility(vpPath path, const char* dirName) {
     ++counts.accessibility;
-    return vpPosixAccessibility(path, dirName);
+    const vpDirAccessibility answer = vpPosixAccessibility(path, dirName);
+    if (answer == vpDirPermissionDenied) failedListings[dirName] = EACCES;
+    return answer;
 }
 
 bool IsReadable(const char* name) {

@@ -28,8 +28,9 @@ void InstallHost();
 // The calls so far.
 CallCounts HostCalls();
 
-// The directories that are there and whose last listing failed, by the name under which the library
-// asked, with the value of errno. Unless reading is just not permitted, a warning was given too.
+// The directories that could not be read when the library last wanted to, by the name under which it
+// asked, with the value of errno. A warning was given unless that tells of what is gone or not
+// permitted.
 const std::unordered_map<std::string, int>& FailedListings();
 
 struct ListingTime {
