@@ -5,13 +5,9 @@
 
 namespace {
 
-// Walks over class and package directories, as the names they visit.
+// Walks that begin in the middle; those from the beginning are for random steps.
 class ClassWalks : public PathTest {
   protected:
-    std::string among(vpDir (*next)(vpDir, vpDir), const char* parent) {
-        const vpDir of = dir(parent);
-        return walk(of, [&](const vpDir& at) { return next(of, at); });
-    }
     template <class Next>
     static std::string walk(vpDir from, Next next) {
         std::string names;
@@ -19,35 +15,25 @@ class ClassWalks : public PathTest {
         return names;
     }
     std::string ofClass(const char* from, const char* name) {
-        return walk(*from != '\0' ? dir(from) : vpGetNullDir(path),
+        return walk(dir(from),
                     [name](const vpDir& at) { return vpGetNextMethodClassDir(at, name); });
     }
 };
 
-TEST_F(ClassWalks, VisitEachDirectoryOnceInPathOrder) {
-    run(R"(tree /cwd/@A/ /a/@B/ /a/@A/ /a/+p/@A/ /a/+p/+q/ /a/+r/ /b/f.v /c/@a/ /c/@A/x ; path /a:/b:/c)");
-    EXPECT_EQ(among(vpGetMethodDirs, "/a"), "/a/@B /a/@A ");
-    EXPECT_EQ(among(vpGetPackageDirs, "/a"), "/a/+p /a/+r ");
-    EXPECT_EQ(among(vpGetMethodDirs, "/b") + among(vpGetPackageDirs, "/b"), "");
+TEST_F(ClassWalks, GoOnInPathOrder) {
+    run("tree /cwd/@A/ /a/@B/ /a/@A/ /a/+p/@A/ /b/f.v /c/@a/ /c/@A/x ; path /a:/b:/c");
     EXPECT_EQ(vpGetDirType(vpGetMethodDirs(dir("/a"), dir("/c/@A"))), 0) << "of another directory";
     EXPECT_EQ(vpGetDirType(vpGetMethodDirs(dir("/a"), vpGetNullDir(path))), 0);
     EXPECT_EQ(vpGetDirType(vpGetPackageDirs(dir("/a"), dir("/a/@B"))), 0) << "of the other list";
-    EXPECT_EQ(walk(vpGetNullDir(path), vpGetNextMethodDir), "/cwd/@A /a/@B /a/@A /c/@a /c/@A ");
     EXPECT_EQ(walk(dir("/b"), vpGetNextMethodDir), "/a/@B /a/@A /c/@a /c/@A ");
     EXPECT_EQ(walk(dir("/a/+p/@A"), vpGetNextMethodDir), "/c/@a /c/@A ");
-    EXPECT_EQ(ofClass("", "A"), "/cwd/@A /a/@A /c/@A ");
     EXPECT_EQ(ofClass("/cwd", "A"), "/a/@A /c/@A ") << "its own left out";
     EXPECT_EQ(ofClass("/b", "a"), "/c/@a ");
-    EXPECT_EQ(ofClass("/a/+p/@A", "A") + ofClass("", "none"), "") << "packages are not looked into";
+    EXPECT_EQ(ofClass("/a/+p/@A", "A"), "") << "packages are not looked into";
     EXPECT_EQ(vpGetDirType(vpGetNextMethodClassDir(vpGetNullDir(path), nullptr)), 0);
-    const vpDir second = dir("/a/@A");
     run("replace /c:/b:/a");
     EXPECT_EQ(NameOf(vpGetNextMethodClassDir(dir("/c/@A"), "A")), "/a/@A") << "in the new order";
-    EXPECT_EQ(walk(vpGetCWD(path), vpGetNextMethodDir), "/c/@a /c/@A /a/@B /a/@A ");
     EXPECT_EQ(walk(dir("/c/@A"), vpGetNextMethodDir), "/a/@B /a/@A ") << "past one without any";
-    run("replace /a:/b:/c");
-    vpSetCaseSensitivity(path, false);
-    EXPECT_EQ(ofClass("/cwd", "a"), "/a/@A /c/@A /c/@a ");
     const vpDir a = dir("/a");
     run("remove /a");
     EXPECT_EQ(vpGetMethodDirs(a, a).get(), nullptr);
