@@ -59,9 +59,24 @@ std::vector<Work> AllWorks() {
         works.push_back({call.name, [&call](Reentry& test) { call.make(test.path); }});
     }
     for (const char* const step :
-         {"refresh /a 2", "mark /a/@New", "files A ''", "dirs V:/a f", "any A f verify", "next",
-          "hide 1", "list /b:/c:/d", "open A f"}) {
+         {"removepath",        "terminate",    "first /b",     "list /b:/a:/c",  "remove /a",
+          "replace /c:rel:/a", "replace ''",   "prune",        "hide 1",         "freeze /a",
+          "unfreeze /a",       "refresh /a 2", "refresh /a 3", "refreshall 1",   "refreshall 3",
+          "mark /a/@New",      "files A ''",   "dirs V:/a f",  "any A f verify", "next",
+          "open A f"}) {
         works.push_back({step, [step](Reentry& test) { test.step(step); }});
+    }
+    for (const std::string rule : {"", " cs1"}) {
+        works.push_back({"searches" + rule, [rule](Reentry& test) {
+                             for (const char* const search :
+                                  {"A f", "V:/a f", "O NULL", "P:/a f", "D:/a NULL", "N:/a f",
+                                   "M C/f", "W:/a f", "F:/a/f.v f"}) {
+                                 test.step(std::string("open ") + search + " v,p verify" + rule);
+                                 for (const char* const next :
+                                      {"next 0", "bounded", "next 1", "next 2", "next 3"})
+                                     test.step(next);
+                             }
+                         }});
     }
     return works;
 }
@@ -83,7 +98,7 @@ TEST_F(Reentry, WorkInsideOfWork) {
                 });
                 outer.run(*this);
                 run("next ; files A f ; refreshall 4 ; add /d ; rest");
-                if (inner.name == "remove path" && inside && outer.name != "registry") {
+                if (inner.name == "removepath" && inside && outer.name != "registry") {
                     EXPECT_EQ(vpLookupPath("p").get(), nullptr);
                 }
             }
@@ -144,48 +159,17 @@ TEST_F(Reentry, MemoryThatIsExhausted) {
     }
 }
 
-// The search stands on its second match, with or without the third held back; `rest` is what it
-// yields after the change.
-TEST_F(Reentry, OpenSearchesAndChangesOfTheirPath) {
-    const struct {
-        const char *search, *change, *rest;
-    } rows[] = {
-        {"A f", "remove /b", "*:/c/f.p *:/c/f.v *:/d/f.v *:rel/f.v"},
-        {"A f", "remove /c", "*:/d/f.v *:rel/f.v"},
-        {"A f", "remove /a", "*:/c/f.p *:/c/f.v *:/d/f.v *:rel/f.v"},
-        {"A f", "rm /b/f.v ; refresh /b 3", "*:/c/f.p *:/c/f.v *:/d/f.v *:rel/f.v"},
-        {"A f", "rm /c/f.p ; refresh /c 3", "*:/c/f.v *:/d/f.v *:rel/f.v"},
-        {"A f", "rm /c/f.p ; rm /d/f.v ; refreshall 3 ; tree /d/f.v", "*:/c/f.v *:rel/f.v"},
-        {"A f", "replace /a:/b", ""},
-        {"A f", "cwd /new", "*:/c/f.p *:/c/f.v *:/d/f.v"},
-        {"A f", "replace ''", ""},
-        {"A f", "removepath", ""},
-        {"A f", "terminate", ""},
-        {"D:/m ''", "rm /m/1 ; refresh /m 3", "*:/m/3 *:/m/4"},
-        {"D:/m ''", "rm /m/2 ; tree /m/5 ; refresh /m 3", "*:/m/3 *:/m/4 *:/m/5"},
-        {"D:/m ''", "rm /m/1 ; rm /m/3 ; refresh /m 3", "*:/m/4"},
-        {"D:/m ''", "remove /m", ""},
-        {"O ''", "rm /m/1 ; rm /m/2 ; refresh /m 3", "*:/m/3 *:/m/4"},
-        {"O ''", "replace /c:/m", "*:/m/3 *:/m/4"},
-        {"O ''",
-         "tree /m/+p/5 /m/@C/6 ; refresh /m 3 ; next ; next ; next => *:/m/+p/5 ; rm /m/+p\n"
-         "refresh /m 3",
-         "*:/m/@C/6"},
-    };
-    for (const auto& row : rows) {
-        for (const bool heldBack : {false, true}) {
-            SCOPED_TRACE(std::string(row.search) + " " + row.change +
-                         (heldBack ? " held back" : ""));
+// Searches by name and without, ended before their path and after it.
+TEST_F(Reentry, OpenSearchesPastTheirPath) {
+    for (const std::string search : {"A f", "O ''"}) {
+        for (const std::string change : {"removepath", "terminate"}) {
             reopen();
-            const bool byName = std::string(row.search) == "A f";
-            run(byName ? "replace /a:/b:/c:/d:rel" : "tree /m/1 /m/2 /m/3 /m/4 ; replace /m");
-            step(std::string("open ") + row.search);
-            run("next ; next");
-            if (heldBack && byName) step("bounded");
-            run(row.change);
-            EXPECT_EQ(step("rest"), row.rest);
-            // Left open past its path, and ended after it.
-            run("open A '' ; next ; removepath");
+            run("replace /a:/b:/c");
+            step("open " + search);
+            run("next ; next ; bounded");
+            step(change);
+            EXPECT_EQ(step("rest"), "");
+            run("path /c ; open A '' ; next ; removepath");
             path = vpPath();
         }
     }

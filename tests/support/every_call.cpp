@@ -20,19 +20,6 @@ const char* theExtensions[] = {"v", "p", nullptr};
 vpDir A(const vpPath& path) { return vpFindDirFullName(path, "/a"); }
 vpDir Class(const vpPath& path) { return vpGetNextMethodClassDir(vpGetNullDir(path), "C"); }
 
-// Steps through a search in each of the ways, and ends it.
-void Drain(vpSearch* search) {
-    char name[10000];
-    vpDir dir;
-    using Next = unsigned int (*)(vpSearch*, vpDir*, char*);
-    for (const Next next : {Next(vpFindNextFile), Next(vpFindNextFileBounded),
-                            Next(vpFindNextUnspecified), Next(vpFindNextSubdirectory)}) {
-        if (search != nullptr) next(search, &dir, name);
-    }
-    for (int left = 100; search != nullptr && left > 0 && vpFindNextDir(search, &dir) != 0;) --left;
-    vpDestroySearch(&search);
-}
-
 // A file that holds nothing but the directories of the tests.
 const char* CacheFile() {
     static const TempTree tree;
@@ -73,24 +60,16 @@ const EveryCall kEveryCall[] = {
          vpSetDefaultPathname("p");
          vpCurrentPathExists();
      }},
-    {"remove path", [](const vpPath& path) { vpRemovePath(path); }},
-    {"terminate", [](const vpPath&) { vpTerminate(); }},
     {"case",
      [](const vpPath& path) {
          vpSetCaseSensitivity(path, !vpGetPathCaseSensitivity(path));
          vpSetCaseSensitivity(path, true);
      }},
-    {"add", [](const vpPath& path) { vpAddDir(path, "/b", vpAddAtBeginning); }},
-    {"add string", [](const vpPath& path) { vpAddDirsString(path, "/b:/a:/c", vpAddAtEnd); }},
     {"add array",
      [](const vpPath& path) {
          const char* names[] = {"/d", "rel", "/b"};
          vpAddDirsArray(path, names, 3, vpAddAtBeginning);
      }},
-    {"remove", [](const vpPath& path) { vpRemoveDir(A(path)); }},
-    {"replace", [](const vpPath& path) { vpReplacePath(path, "/c:rel:/a"); }},
-    {"replace by nothing", [](const vpPath& path) { vpReplacePath(path, ""); }},
-    {"delete nonexistent", [](const vpPath& path) { vpDeleteNonExistentDirectories(path); }},
     {"path questions",
      [](const vpPath& path) {
          vpGetNumPathDirs(path);
@@ -111,11 +90,6 @@ const EveryCall kEveryCall[] = {
          vpGetCWDName(path, name, sizeof name);
          vpIsPathDirAlsoCWD(vpGetCWD(path));
          vpIsCWDOnPath(path);
-     }},
-    {"hide",
-     [](const vpPath& path) {
-         vpHideCWD(path, true);
-         vpHideCWD(path, false);
      }},
     {"directory questions",
      [](const vpPath& path) {
@@ -157,12 +131,6 @@ const EveryCall kEveryCall[] = {
          vpDestroyTimeStamp(one);
          vpDestroyTimeStamp(two);
      }},
-    {"freeze",
-     [](const vpPath& path) {
-         vpFreeze(A(path));
-         vpIsFrozen(A(path));
-     }},
-    {"unfreeze", [](const vpPath& path) { vpUnFreeze(A(path)); }},
     {"marks",
      [](const vpPath& path) {
          vpSetDirChanged(A(path));
@@ -173,10 +141,6 @@ const EveryCall kEveryCall[] = {
          vpNonNotifiedRemoteCWDRefreshPolicy(path, vpRefreshPolicyDefault);
          vpNonNotifiedRemotePathRefreshPolicy(path, vpRefreshPolicyDefault);
      }},
-    {"refresh", [](const vpPath& path) { vpRefreshDirectory(A(path), vpRefreshAlways); }},
-    {"refresh all", [](const vpPath& path) { vpRefreshAllDirectories(path, vpRefreshAlways); }},
-    {"refresh changed",
-     [](const vpPath& path) { vpRefreshAllDirectories(path, vpRefreshIfChanged); }},
     {"use cache",
      [](const vpPath& path) { vpUseToolboxCache(path, CacheFile(), "/", /*verbose=*/true); }},
     {"caches",
@@ -202,35 +166,6 @@ const EveryCall kEveryCall[] = {
          vpGetPackageDirs(A(path), A(path));
          vpGetNextMethodDir(Class(path));
      }},
-    {"search",
-     [](const vpPath& path) {
-         const vpReadCheck check = vpReadCheckVerify;
-         const vpDir a = A(path);
-         Drain(vpCreateAllSearch(path, "f", theExtensions, check));
-         Drain(vpCreateVisibleSearch(a, "f", theExtensions, check));
-         Drain(vpCreatePathOnlySearch(path, vpPath(), nullptr, nullptr, check));
-         Drain(vpCreatePrivateSearch(a, "f", theExtensions, check));
-         Drain(vpCreateDirSearch(a, nullptr, nullptr, check));
-         Drain(vpCreateDirnameSearch(path, "/a", "f", theExtensions, check));
-         Drain(vpCreateMethodSearch(path, "C/f", theExtensions, check));
-         Drain(vpCreateDirnameVisibleSearch(path, "/a", "f", theExtensions, check));
-         Drain(vpCreateFilenameVisibleSearch(path, "/a/f.v", "f", theExtensions, check));
-     }},
-    {"search, ignoring case",
-     [](const vpPath& path) {
-         const vpReadCheck check = vpReadCheckSkip;
-         const vpCaseSensitivity rule = vpCaseInsensitive;
-         const vpDir a = A(path);
-         Drain(vpCreateAllSearchIterator(path, "F", theExtensions, check, rule));
-         Drain(vpCreateVisibleSearchIterator(a, "F", theExtensions, check, rule));
-         Drain(vpCreatePathOnlySearchIterator(path, vpPath(), "F", nullptr, check, rule));
-         Drain(vpCreatePrivateSearchIterator(a, "F", theExtensions, check, rule));
-         Drain(vpCreateDirSearchIterator(a, "F", nullptr, check, rule));
-         Drain(vpCreateDirnameSearchIterator(path, "/a", "F", theExtensions, check, rule));
-         Drain(vpCreateMethodSearchIterator(path, "C/F", theExtensions, check, rule));
-         Drain(vpCreateDirnameVisibleSearchIterator(path, "/a", "F", nullptr, check, rule));
-         Drain(vpCreateFilenameVisibleSearchIterator(path, "/a/f.v", "F", nullptr, check, rule));
-     }},
     {"look-ups",
      [](const vpPath& path) {
          char name[10000];
@@ -242,32 +177,14 @@ const EveryCall kEveryCall[] = {
      }},
     {"pathnames",
      [](const vpPath& path) {
-         char one[10000] = "/a/b.v";
-         char two[10000];
+         char text[10000];
          int length = 0;
-         char* text = nullptr;
-         vpIsAbsolutePath(one);
-         vpIsWinPathRemote(one);
-         vpIsPathNameSep(one, one + 2);
-         vpFindFileExt(one);
-         vpChangeFileExtension(one, two, "p");
-         vpGetBaseFileName(one, two);
-         vpExtractSubdir(two, "/a/b");
-         vpConcatPathSubdir(vpConcatPathName(std::strcpy(two, "/a"), "b"), "c");
-         vpCombinePathName(two, "/a", "b.v");
-         vpCombineDirectory(two, "/a", "..");
-         vpSeparatePathName(one, two);
-         vpTildeExpansion(two, std::strcpy(one, "~/a"));
-         vpNormalizeDirName("/a/../b", true, 0, &length, &text);
-         vpFreeNormalizedDirName(text);
-         vpFullPath(two, "b", sizeof two);
-         vpGetPackageNameFromFullName("/a/+p/@C/f.v", two, sizeof two);
-         vpGetClassNameFromFullName("/a/+p/@C/f.v", two, sizeof two);
-         vpGetObjectNameFromPath(path, "/a/@C/f.v", two, sizeof two);
-         vpGetQualifiedNameFromPath("/a/+p/f.v", two);
-         vpIsDirNameMethodDirName("@C");
-         vpIsDirNamePackageDirName("+p");
-         vpGetPackageDirName("/a/+p");
+         char* normal = nullptr;
+         vpNormalizeDirName("/a/../b", true, 0, &length, &normal);
+         vpFreeNormalizedDirName(normal);
+         vpFullPath(text, "b", sizeof text);
+         vpTildeExpansion(text, std::strcpy(text, "~/a"));
+         vpGetObjectNameFromPath(path, "/a/@C/f.v", text, sizeof text);
      }},
 };
 const int kEveryCallCount = static_cast<int>(std::size(kEveryCall));

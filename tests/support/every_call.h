@@ -1,5 +1,6 @@
-// Every exported function, called with arguments that mean something in the tree of the test that
-// asks: for tests of what holds of all of them.
+// The exported functions that no command of PathTest's scripts calls, with arguments that mean
+// something in the tree of the test that asks: for tests of what holds of all of them. Of those
+// that work on strings, the ones that need memory.
 #pragma once
 
 #include <vpath/path.h>
