@@ -106,14 +106,6 @@ std::vector<std::string> FakeHost::entries(const std::string& directory) const {
     return node == nullptr ? std::vector<std::string>{} : node->entries;
 }
 
-std::string FakeHost::dump() const {
-    std::set<std::string> lines;
-    for (const auto& [name, node] : nodes_) lines.insert(name + (node.isDirectory ? "/\n" : "\n"));
-    std::string text;
-    for (const std::string& line : lines) text += line;
-    return text;
-}
-
 std::string FakeHost::take(Lines* lines, const char* between) {
     std::string text;
     for (const std::string& line : *lines) text += (text.empty() ? "" : between) + line;

@@ -33,7 +33,6 @@ class FakeHost {
     bool exists(const std::string& name) const { return find(name) != nullptr; }
     bool isDirectory(const std::string& name) const;
     std::vector<std::string> entries(const std::string& directory) const;
-    std::string dump() const;  // one name a line, directories with a final '/'
     void setWord(const std::string& name, int word);
     void setTime(const std::string& name, long time);
 
