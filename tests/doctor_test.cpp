@@ -3,7 +3,6 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <functional>
 #include <ostream>
 #include <string>
 
@@ -15,10 +14,12 @@ namespace {
 using std::chrono::milliseconds;
 using std::chrono::seconds;
 
+constexpr SystemTime kNow = seconds(1'000'000) + milliseconds(1234);
+
 // A directory on a file system whose every trait can be chosen. Its clock stands still but in
 // sleeps.
 struct FakeSystem {
-    SystemTime now = seconds(1'000'000) + milliseconds(1234);
+    SystemTime now = kNow;
     SystemTime step = milliseconds(4);
     SystemTime ahead{};
     SystemTime dirTime = seconds(1000);
@@ -58,7 +59,7 @@ struct FakeSystem {
 
 struct Row {
     const char* name;
-    std::function<void(FakeSystem&)> change;
+    FakeSystem fake;
     const char* expected;  // the first letter of what is not ok, and the probe
     bool pathIgnoresCase = false;
 };
@@ -68,8 +69,7 @@ void PrintTo(const Row& row, std::ostream* stream) { *stream << row.name; }
 class DoctorTest : public testing::TestWithParam<Row> {};
 
 TEST_P(DoctorTest, FindsWhatIsWrong) {
-    FakeSystem fake;
-    GetParam().change(fake);
+    FakeSystem fake = GetParam().fake;
     std::string found;
     for (const Finding& finding : ProbeDirectory("/d", GetParam().pathIgnoresCase, fake.system())) {
         EXPECT_EQ(finding.remedy.empty(), finding.health == Health::kOk) << finding.text;
@@ -84,53 +84,31 @@ TEST_P(DoctorTest, FindsWhatIsWrong) {
 INSTANTIATE_TEST_SUITE_P(
     Vpath, DoctorTest,
     testing::Values(
-        Row{"fine", [](FakeSystem&) {}, ""},
-        Row{"changed within the same step",
-            [](FakeSystem& fake) { fake.dirTime = fake.now - fake.now % fake.step; }, ""},
-        Row{"time stands", [](FakeSystem& fake) { fake.moves = false; }, "S:time"},
-        Row{"whole seconds", [](FakeSystem& fake) { fake.step = seconds(1); }, ""},
+        Row{"fine", {}, ""},
+        Row{"changed within the same step", {.dirTime = kNow - kNow % milliseconds(4)}, ""},
+        Row{"time stands", {.moves = false}, "S:time"},
+        Row{"whole seconds", {.step = seconds(1)}, ""},
         Row{"two seconds, just changed",
-            [](FakeSystem& fake) {
-                fake.step = seconds(2);
-                fake.dirTime = fake.now - fake.now % fake.step;
-            },
+            {.step = seconds(2), .dirTime = kNow - kNow % seconds(2)},
             ""},
-        Row{"three seconds", [](FakeSystem& fake) { fake.step = seconds(3); }, "S:steps"},
-        Row{"a minute", [](FakeSystem& fake) { fake.step = seconds(60); }, "S:steps"},
-        Row{"a whole second by chance", [](FakeSystem& fake) { fake.now = seconds(1'000'000); },
-            ""},
-        Row{"a little behind", [](FakeSystem& fake) { fake.ahead = milliseconds(-900); }, ""},
-        Row{"behind", [](FakeSystem& fake) { fake.ahead = milliseconds(-1100); }, "S:clock"},
-        Row{"ahead", [](FakeSystem& fake) { fake.ahead = milliseconds(300); }, "S:clock"},
-        Row{"behind in whole seconds",
-            [](FakeSystem& fake) {
-                fake.step = seconds(1);
-                fake.ahead = seconds(-3);
-            },
-            "S:clock"},
-        Row{"unreadable", [](FakeSystem& fake) { fake.denied = R_OK; }, "S:access"},
-        Row{"gone",
-            [](FakeSystem& fake) {
-                fake.denied = R_OK | W_OK | X_OK;
-                fake.refusal = ENOENT;
-            },
-            "S:access"},
-        Row{"neither searched nor written", [](FakeSystem& fake) { fake.denied = X_OK; },
-            "S:access u:time"},
-        Row{"not written", [](FakeSystem& fake) { fake.denied = W_OK; }, "u:time"},
-        Row{"full", [](FakeSystem& fake) { fake.makeError = ENOSPC; }, "u:time"},
-        Row{"no watches, not written",
-            [](FakeSystem& fake) {
-                fake.denied = W_OK;
-                fake.watchError = ENOSPC;
-            },
-            "s:events u:time"},
-        Row{"no instances", [](FakeSystem& fake) { fake.watchError = EMFILE; }, "s:events"},
-        Row{"deaf", [](FakeSystem& fake) { fake.tells = false; }, "S:events"},
-        Row{"others may change it", [](FakeSystem& fake) { fake.tellsOfAll = false; }, "s:events"},
-        Row{"one case", [](FakeSystem& fake) { fake.ignoresCase = true; }, "S:case"},
-        Row{"one case, as asked for", [](FakeSystem& fake) { fake.ignoresCase = true; }, "",
-            true}));
+        Row{"three seconds", {.step = seconds(3)}, "S:steps"},
+        Row{"a minute", {.step = seconds(60)}, "S:steps"},
+        Row{"a whole second by chance", {.now = seconds(1'000'000)}, ""},
+        Row{"a little behind", {.ahead = milliseconds(-900)}, ""},
+        Row{"behind", {.ahead = milliseconds(-1100)}, "S:clock"},
+        Row{"ahead", {.ahead = milliseconds(300)}, "S:clock"},
+        Row{"behind in whole seconds", {.step = seconds(1), .ahead = seconds(-3)}, "S:clock"},
+        Row{"unreadable", {.denied = R_OK}, "S:access"},
+        Row{"gone", {.denied = R_OK | W_OK | X_OK, .refusal = ENOENT}, "S:access"},
+        Row{"neither searched nor written", {.denied = X_OK}, "S:access u:time"},
+        Row{"not written", {.denied = W_OK}, "u:time"},
+        Row{"full", {.makeError = ENOSPC}, "u:time"},
+        Row{"no watches, not written", {.denied = W_OK, .watchError = ENOSPC}, "s:events u:time"},
+        Row{"no instances", {.watchError = EMFILE}, "s:events"},
+        Row{"deaf", {.tells = false}, "S:events"},
+        Row{"others may change it", {.tellsOfAll = false}, "s:events"},
+        Row{"one case", {.ignoresCase = true}, "S:case"},
+        Row{"one case, as asked for", {.ignoresCase = true}, "", true}));
 
 TEST(Doctor, LeavesNoFileUnsaid) {
     FakeSystem fake;
