@@ -90,6 +90,7 @@ class Hostile : public PathTest {
             const size_t choice = self.input_.below(128);
             std::string entry =
                 choice < std::size(odd) ? odd[choice] : self.steps_->expand("$M$b$e");
+            if (choice == 126) entry = self.input_.text();
             if (choice == 127) entry += std::string(65536 - entry.size(), 'x');
             names += entry + '\0';
             const unsigned int kinds[] = {0, 0x4000, 0x8000, 0x8001, 0x8002, 0xC003, UINT_MAX};
