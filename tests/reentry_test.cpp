@@ -1,13 +1,16 @@
 // Calls that come while others are under way: from open searches, listeners and callbacks. Often it
 // is open what such a call still does; that nothing freed is touched, that nothing is left behind
 // and that the path stays in order is for the ledger, the sanitizers and CheckTable to see.
+#include <fstream>
 #include <functional>
 #include <stdexcept>
 #include <string>
 #include <vector>
 
-#include "support/every_call.h"
+#include <vpath/pathname.h>
+
 #include "support/path_test.h"
+#include "support/temp_tree.h"
 
 namespace {
 
@@ -47,23 +50,157 @@ path /a:rel
     long callsLeft_ = 0;
 };
 
-// Every exported function, and steps with other arguments.
+// A file that holds nothing but the directories of the tests.
+const char* CacheFile() {
+    static const TempTree tree;
+    static const std::string name = tree.at("cache");
+    std::ofstream(name) << "<Lumenvale type=\"Path Cache File\" version=\"1.1\" date=\"\">\n"
+                           " <D name=\"a\">\n  <F name=\"f.v\"/>\n   <D name=\"a/@C\">\n"
+                           "    <F name=\"f.v\"/>\n   </D>\n </D>\n</Lumenvale>\n";
+    return name.c_str();
+}
+
 struct Work {
     std::string name;
     std::function<void(Reentry&)> run;
 };
+// Every exported function that no command of the scripts calls, with arguments that mean something
+// in the tree above; of those that work on strings, the ones that need memory. Not
+// vpDisableToolboxCache: nothing in this process could use a cache after it.
+std::vector<Work> Calls() {
+    static const char* exts[] = {"v", "p", nullptr};
+    static char text[10000];
+    const auto calls = [](Reentry& test) {
+        const vpPath path = test.path;
+        vpSetDefaultIOFcns(FakeHost::list, nullptr, nullptr, nullptr, nullptr);
+        vpSetDefaultIOFcnsNew(nullptr, nullptr, nullptr, nullptr, nullptr, FakeHost::changeDir);
+        vpUpdatePathArrayDefaultIOFcns();
+        vpSetIOFcns(path, nullptr, nullptr, nullptr, nullptr, nullptr);
+        vpSetIOFcnsNew(path, nullptr, nullptr, nullptr, nullptr, nullptr, FakeHost::changeDir);
+        vpSetMessageFcns(FakeHost::onError, FakeHost::onWarning, FakeHost::onInfo);
+        vpReturnEnvironmentFcns(vpGetEnvironmentFcns());
+        vpDiagnostics(0);
+        vpSetIsClassFcn(nullptr);
+    };
+    const auto registry = [](Reentry& test) {
+        const vpPath other = vpCreatePath(0, "other");
+        vpCreatePathWithPreFrozen(0, "frozen", "/a", vpCaseInsensitive, true);
+        vpLookupPath("p");
+        vpLookupPathname(test.path);
+        vpRemovePath(other);
+        vpSetCurrentPathname(vpGetCurrentPathname());
+        vpSetDefaultPathname("p");
+        vpCurrentPathExists();
+        vpSetCaseSensitivity(test.path, !vpGetPathCaseSensitivity(test.path));
+        vpSetCaseSensitivity(test.path, true);
+    };
+    const auto adding = [](Reentry& test) {
+        const char* names[] = {"/d", "rel", "/b"};
+        vpAddDirsArray(test.path, names, 3, vpAddAtBeginning);
+        const bool before = vpSetFreezeAllAddedDirectories(test.path, true);
+        vpAddDir(test.path, "/new", vpAddAtEnd);
+        vpSetFreezeAllAddedDirectories(test.path, before);
+    };
+    const auto current = [](Reentry& test) {
+        vpSetCWDName(test.path, "/new");
+        vpGetCWDName(test.path, text, sizeof text);
+        vpIsPathDirAlsoCWD(vpGetCWD(test.path));
+        vpIsCWDOnPath(test.path);
+    };
+    const auto questions = [](Reentry& test) {
+        const vpPath path = test.path;
+        const vpDir a = test.dir("/a"), none = vpGetNullDir(path);
+        vpGetNumPathDirs(path);
+        vpCheckIsDir(path, "/new");
+        vpSelectDirFirstOnPath(vpGetNextPathDir(none), a);
+        for (const vpDir& dir : {a, test.dir("/a/@C"), vpGetPrivateDir(a), vpDir()}) {
+            vpIsDirHandleValid(dir);
+            vpLookupPathname(vpGetPathOfDir(dir));
+            vpIsSameDir(dir, vpGetPathDir(dir));
+            if (vpGetDirNameLen(dir) > 0) vpConcatDirName(dir, "sub", text);
+            vpGetDirName(dir, text);
+            vpGetBaseDirName(dir);
+            vpGetDirType(dir);
+            vpIsAbsoluteDir(dir);
+            vpGetParentDir(dir);
+            vpGetNextMethodDir(dir);
+        }
+        vpIsPrivateDirName("private");
+        vpPath().copy(path);
+        vpFindFirstFileVisibleToFile(path, "/a/f.v", "f", exts, vpReadCheckVerify, nullptr, text);
+    };
+    const auto classes = [](Reentry& test) {
+        vpIsFileClassdef(test.path, "/a/f.v");
+        vpDoesClassFileExist(test.path, "C", exts);
+        vpGetClassFile(test.path, "C", text, sizeof text, exts);
+    };
+    const auto listeners = [](Reentry& test) {
+        const vpPath path = test.path;
+        const vpRegisteredInterest third = vpRegisterPathInterest(path, FakeHost::secondListener);
+        vpCancelPathInterest({path, 1});
+        vpCancelPathInterest(third);
+        vpSuppressChangeNotify(path, false);
+        vpSetDirectoryReloadMessages(path, vpSetDirectoryReloadMessages(path, true));
+        vpSetNotificationHandleWarnings(path, vpWarnInvalidCNHOff);
+    };
+    const auto timeStamps = [](Reentry& test) {
+        vpTimeStamp_tag* const one = vpCreateTimeStamp();
+        vpTimeStamp_tag two{};
+        vpGetTimeStamp(test.path, "/a/f.v", &two);
+        if (one != nullptr) vpGetTimeStampFromDir(test.dir("/a"), "f.v", one);
+        vpIsFileTimeStampDifferent(one, &two);
+        vpHasFileChanged(test.dir("/a"), "f.v", &two, vpUpdateTimeStamp);
+        vpCopyTimeStamp(one, &two);
+        vpDestroyTimeStamp(one);
+    };
+    const auto marks = [](Reentry& test) {
+        const vpPath path = test.path;
+        vpSetDirChanged(test.dir("/a"));
+        vpSetDirChanged(path, "/a/@C");
+        vpSetFullnameChanged(path, "/b/f.v");
+        vpSetAllChanged(path);
+        vpChangedUnknownDir(path);
+        vpNonNotifiedRemoteCWDRefreshPolicy(path, vpRefreshPolicyDefault);
+        vpNonNotifiedRemotePathRefreshPolicy(path, vpRefreshPolicyDefault);
+    };
+    const auto useCache = [](Reentry& test) {
+        vpUseToolboxCache(test.path, CacheFile(), "/", /*verbose=*/true);
+    };
+    const auto caches = [](Reentry& test) {
+        static const TempTree written;
+        vpEnableToolboxCacheDiagnosticStatusReport(true);
+        vpEnableToolboxCacheDiagnosticTrace(true);
+        vpUseToolboxCache(test.path, CacheFile(), "/", /*verbose=*/false);
+        vpInToolboxCacheMode();
+        vpAddDir(test.path, "/a", vpAddAtEnd);
+        vpWritePathToCacheFile(test.path, written.at("copy").c_str());
+        vpRevertFromToolboxCache(test.path);
+        vpEnableToolboxCacheDiagnosticStatusReport(false);
+        vpEnableToolboxCacheDiagnosticTrace(false);
+    };
+    const auto names = [](Reentry& test) {
+        int length = 0;
+        char* normal = nullptr;
+        vpNormalizeDirName("/a/../b", true, 0, &length, &normal);
+        vpFreeNormalizedDirName(normal);
+        vpFullPath(text, "b", sizeof text);
+        vpGetObjectNameFromPath(test.path, "/a/@C/f.v", text, sizeof text);
+    };
+    return {{"calls", calls},         {"registry", registry},   {"adding", adding},
+            {"current", current},     {"questions", questions}, {"classes", classes},
+            {"listeners", listeners}, {"stamps", timeStamps},   {"marks", marks},
+            {"use cache", useCache},  {"caches", caches},       {"names", names}};
+}
+
+// Besides, commands of the scripts.
 std::vector<Work> AllWorks() {
-    std::vector<Work> works;
-    for (int i = 0; i < kEveryCallCount; ++i) {
-        const EveryCall& call = kEveryCall[i];
-        works.push_back({call.name, [&call](Reentry& test) { call.make(test.path); }});
-    }
+    std::vector<Work> works = Calls();
     for (const char* const step :
          {"removepath",        "terminate",    "first /b",     "list /b:/a:/c",  "remove /a",
           "replace /c:rel:/a", "replace ''",   "prune",        "hide 1",         "freeze /a",
           "unfreeze /a",       "refresh /a 2", "refresh /a 3", "refreshall 1",   "refreshall 3",
           "mark /a/@New",      "files A ''",   "dirs V:/a f",  "any A f verify", "next",
-          "open A f"}) {
+          "open A f",          "one A f",      "one V:/a f"}) {
         works.push_back({step, [step](Reentry& test) { test.step(step); }});
     }
     for (const std::string rule : {"", " cs1"}) {
