@@ -22,7 +22,7 @@ class ClassWalks : public PathTest {
 
 TEST_F(ClassWalks, GoOnInPathOrder) {
     run("tree /cwd/@A/ /a/@B/ /a/@A/ /a/+p/@A/ /b/f.v /c/@a/ /c/@A/x ; path /a:/b:/c");
-    EXPECT_EQ(vpGetDirType(vpGetMethodDirs(dir("/a"), dir("/c/@A"))), 0) << "of another directory";
+    EXPECT_EQ(vpGetDirType(vpGetMethodDirs(dir("/a"), dir("/c/@a"))), 0) << "of another directory";
     EXPECT_EQ(vpGetDirType(vpGetMethodDirs(dir("/a"), vpGetNullDir(path))), 0);
     EXPECT_EQ(vpGetDirType(vpGetPackageDirs(dir("/a"), dir("/a/@B"))), 0) << "of the other list";
     EXPECT_EQ(walk(dir("/b"), vpGetNextMethodDir), "/a/@B /a/@A /c/@a /c/@A ");

@@ -39,50 +39,42 @@ time /a 0 ; refresh /a 1 => /a ; refresh /a 1 => /a)");
 
 // The count of a directory's changes, which stamps carry, and how often its time is asked for.
 TEST_F(Refresh, ChangesAreCounted) {
-    const auto is = [this](uint64_t count, const char* calls) {
-        EXPECT_EQ(host.takeCalls(), calls);
+    const struct {
+        long time;  // of the directory, before it is refreshed
+        int type;
+        uint64_t count;
+        const char* calls;
+    } rows[] = {{10, 4, 1, ""},
+                {20, 1, 2, "time /a|list /a"},
+                {20, 3, 3, "time /a|list /a"},
+                {30, 1, 3, "time /a|time /a|list /a"},
+                {0, 1, 5, "time /a|time /a|list /a"}};
+    run("tree /a/ ; path /a ; now 30");
+    for (const auto& row : rows) {
+        host.setTime("/a", row.time);
+        vpRefreshDirectory(dir("/a"), static_cast<vpDirRefreshType>(row.type));
+        EXPECT_EQ(host.takeCalls(), row.calls);
         vpTimeStamp_tag stamp{};
         vpGetTimeStampFromDir(dir("/a"), "/cwd", &stamp);
+        EXPECT_EQ(stamp.generation, row.count) << row.calls;
         forget();
-        return stamp.generation == count;
-    };
-    run("tree /a/ ; path /a ; now 30");
-    const auto refresh = [this](vpDirRefreshType type) { vpRefreshDirectory(dir("/a"), type); };
-    EXPECT_TRUE(is(1, ""));
-    host.setTime("/a", 20);
-    refresh(vpRefreshIfChanged);
-    EXPECT_TRUE(is(2, "time /a|list /a"));
-    refresh(vpRefreshAlways);
-    EXPECT_TRUE(is(3, "time /a|list /a"));
-    host.setTime("/a", 30);
-    refresh(vpRefreshIfChanged);
-    EXPECT_TRUE(is(3, "time /a|time /a|list /a"));
-    host.setTime("/a", 0);
-    refresh(vpRefreshIfChanged);
-    EXPECT_TRUE(is(5, "time /a|time /a|list /a"));
+    }
 }
 
 TEST_F(Refresh, MarksAndWhomTheyReach) {
     run("tree /a/@C/private/f /a/+p/ /b/ ; path /a:/b");
-    const struct {
-        const char *name, *listed;
-    } rows[] = {{"/a", "/a"},
-                {"/a/@C", "/a/@C"},
-                {"/a/@New", "/a"},
-                {"/a/+p/@New/private", "/a/+p"},
-                {"/a/+new/@New/private", "/a"},
-                {"/b/private", "/b"},
-                {"/b/PRIVATE", ""},
-                {"/a/c", ""},
-                {"/none/@C", ""},
-                {"private", ""}};
-    for (const auto& row : rows) {
-        const std::string name = row.name;
+    // clang-format off
+    const std::string rows[][2] = {
+        {"/a", "/a"}, {"/a/@C", "/a/@C"}, {"/a/@New", "/a"}, {"/a/+p/@New/private", "/a/+p"},
+        {"/a/+new/@New/private", "/a"}, {"/b/private", "/b"}, {"/b/PRIVATE", ""}, {"/a/c", ""},
+        {"/none/@C", ""}, {"private", ""}};
+    // clang-format on
+    for (const auto& [name, listed] : rows) {
         EXPECT_EQ(step("mark " + name), "no") << name;
-        EXPECT_EQ(step("refreshall 4"), row.listed) << name;
+        EXPECT_EQ(step("refreshall 4"), listed) << name;
         const vpDir marked = vpSetFullnameChanged(path, (name + "/file.v").c_str());
         EXPECT_TRUE(vpIsSameDir(marked, dir(name))) << name;
-        EXPECT_EQ(step("refreshall 4"), row.listed) << name;
+        EXPECT_EQ(step("refreshall 4"), listed) << name;
     }
     EXPECT_TRUE(vpIsSameDir(vpSetFullnameChanged(path, nullptr), vpGetNullDir(path)));
     run("mark NULL => no");
@@ -120,7 +112,8 @@ TEST_F(Refresh, NamesListedTwice) {
                 FakeHost::modificationTime);
     run(R"(refresh /a 3 ; holds /a => f g | d e | +p +q @C @D private
 refresh /a 3 => /a/+p /a/+q /a/@C /a/@D /a/private ; remove /a ; add /a
-holds /a => f f g g | d d e e | +p +p +q +q @C @C @D @D private)");
+holds /a => f f g g | d d e e | +p +p +q +q @C @C @D @D private
+refresh /a 3 ; holds /a => f g | d e | +p +q @C @D private)");
 }
 
 TEST_F(Refresh, TimeStampsOfFiles) {
