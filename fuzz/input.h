@@ -38,11 +38,6 @@ class Input {
         // Names end with a NUL: what stands behind one was not said.
         return text.substr(0, text.find('\0'));
     }
-    std::string rest() {
-        std::string text(at_, at_ + left_);
-        left_ = 0;
-        return text;
-    }
 
   private:
     const uint8_t* at_;
