@@ -18,6 +18,7 @@ cwd /odd => Directory access failure ; calls => chdir /odd|access /odd|chdir /cw
     run("calls => ; events => ; messages => ; on => /cwd rel");
     host.cwdUnknown = true;  // nothing to go back to
     run("cwd /none => Name is nonexistent or not a directory ; calls => chdir /none|access /none");
+    EXPECT_EQ(step("cwd " + std::string(4096, 'n')), "Name is nonexistent or not a directory");
 }
 
 TEST_F(CurrentDirectory, APathThatDoesNotOwnTheProcessKeepsTheNameAsGiven) {

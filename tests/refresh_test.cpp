@@ -40,18 +40,19 @@ time /a 0 ; refresh /a 1 => /a ; refresh /a 1 => /a)");
 // The count of a directory's changes, which stamps carry, and how often its time is asked for.
 TEST_F(Refresh, ChangesAreCounted) {
     const struct {
-        long time;  // of the directory, before it is refreshed
+        const char* before;
         int type;
         uint64_t count;
         const char* calls;
-    } rows[] = {{10, 4, 1, ""},
-                {20, 1, 2, "time /a|list /a"},
-                {20, 3, 3, "time /a|list /a"},
-                {30, 1, 3, "time /a|time /a|list /a"},
-                {0, 1, 5, "time /a|time /a|list /a"}};
-    run("tree /a/ ; path /a ; now 30");
+    } rows[] = {{"now 30", 4, 1, ""},
+                {"time /a 20", 1, 2, "time /a|list /a"},
+                {"time /a 20", 3, 3, "time /a|list /a"},
+                {"time /a 30", 1, 3, "time /a|time /a|list /a"},
+                {"time /a 0", 1, 5, "time /a|time /a|list /a"},
+                {"freeze /a ; unfreeze /a ; forget", 4, 1, ""}};
+    run("tree /a/ ; path /a");
     for (const auto& row : rows) {
-        host.setTime("/a", row.time);
+        run(row.before);
         vpRefreshDirectory(dir("/a"), static_cast<vpDirRefreshType>(row.type));
         EXPECT_EQ(host.takeCalls(), row.calls);
         vpTimeStamp_tag stamp{};

@@ -8,7 +8,7 @@ namespace {
 class Search : public PathTest {
   protected:
     void SetUp() override {
-        run("tree /cwd/f.v /a/f.p /a/f.v /a/private/f.v /a/+p/f.v /a/@c.d/ /a/foo.v /b/f.p "
+        run("tree /cwd/f.v /a/f.p /a/f.v /a/private/f.v /a/+p/f.v /a/@c.d/g.v /a/foo.v /b/f.p "
             "/a/@foo/foo.v ; path /a:/b");
     }
 };
@@ -17,7 +17,7 @@ TEST_F(Search, OddNamesPlacesAndExtensions) {
     run(R"(
 files A f ..p,,P => ; files A f ..p,,P cs1 => 3:/a/f.p 3:/b/f.p ; files A f.v p,, => 2:/cwd/f.v 2:/a/f.v
 files A F.V v cs99 => 1:/cwd/f.v 1:/a/f.v ; files A /a/f.v/ => *:/a/f.v ; files A x/a/f =>
-files A wd/f => ; files A @p/f => ; files A p/f => *:/a/+p/f.v ; files A @ => ; files A / =>
+files A wd/f => ; files A @p/f => ; files A p/f => *:/a/+p/f.v ; files A c.d/g => *:/a/@c.d/g.v ; files A @ => ; files A / =>
 dirs A cwd => 1:/cwd ; dirs O cwd => ; dirs A @c.d => 1:/a/@c.d ; dirs A c =>
 files V:/a f/ v => 1:/cwd/f.v 1:/a/f.v ; files D:/a b/f =>
 files W:/none f v => 1:/cwd/f.v 1:/a/f.v ; files W:NULL f v cs1 => 1:/cwd/f.v 1:/a/f.v
