@@ -49,9 +49,12 @@ check() {  # WHAT STATUS: after a run that began with the old file
 each_call() {  # CALL HOW
     local nth=0 status
     while nth=$((nth + 1)); do
-        status=0
-        (strace -f -o trace -e "trace=$1" -e "inject=$1:$2:when=$nth" "${write[@]}" \
-            > out 2>&1) 2> /dev/null || status=$?
+        # The shell would tell of each kill.
+        (
+            strace -f -o trace -e "trace=$1" -e "inject=$1:$2:when=$nth" "${write[@]}" > out 2>&1
+            echo $? > code
+        ) 2> /dev/null || true
+        status=$(< code)
         check "$1 number $nth: $2" "$status"
         grep -qE 'INJECTED|killed by' trace || break
         [ -z "$(find files -name '*.*')" ] || [[ $1 = unlink* || $2 = signal* ]] || {
