@@ -28,8 +28,8 @@ void InstallHost();
 // The calls so far.
 CallCounts HostCalls();
 
-// The directories that could not be read when the library last wanted to, by the name under which it
-// asked, with the value of errno. A warning was given unless that tells of what is gone or not
+// The directories that could not be read when the library last wanted to, by the name under which
+// it asked, with the value of errno. A warning was given unless that tells of what is gone or not
 // permitted.
 const std::unordered_map<std::string, int>& FailedListings();
 
