@@ -2,6 +2,8 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cstdint>
+#include <cstring>
 #include <map>
 #include <memory>
 #include <random>
@@ -32,6 +34,33 @@ struct Question {
     uint32_t fromNumber = 0;  // the same directory in the flat index
 };
 
+// What stands between a name and its file in any index whose files can go, and whose directories
+// can change places: an item for the file and a directory that it points at, each a line of memory.
+class ItemsBetween {
+  public:
+    ItemsBetween(size_t files, size_t directories) : items_(files), directories_(directories) {
+        std::mt19937_64 random(7);
+        for (Item& item : items_) item.directory = random() % directories;
+    }
+    // Reads both for the file that was found under a full name.
+    size_t touch(const char* fullName) const {
+        uint64_t text = 0;
+        std::memcpy(&text, fullName + std::strlen(fullName) - sizeof text, sizeof text);
+        const size_t place = (text * 0x9E3779B97F4A7C15U >> 20) % items_.size();
+        return directories_[items_[place].directory].order;
+    }
+
+  private:
+    struct alignas(64) Item {
+        size_t directory;
+    };
+    struct alignas(64) Directory {
+        size_t order = 0;
+    };
+    std::vector<Item> items_;
+    std::vector<Directory> directories_;
+};
+
 // One tree behind the library and both indexes.
 struct LookupCase {
     explicit LookupCase(size_t directories)
@@ -39,7 +68,8 @@ struct LookupCase {
                          .directories = directories,
                          .privateDirectories = true}),
           flat(tree.baseNames.size()),
-          flatPrivate(directories) {
+          flatPrivate(directories),
+          between(tree.fileCount(), directories) {
         TreeHost::add(tree);
         path = NewPath(TreeHost::functions());
         vpAddDirsString(path, tree.pathString().c_str(), vpAddAtEnd);
@@ -63,6 +93,7 @@ struct LookupCase {
     FlatIndex flat;
     FlatIndex flatPrivate;  // files of private directories, each under its directory's number
     MapIndex map;
+    ItemsBetween between;
 };
 
 // Kept: a tree of 10,000 directories takes longer to make than to measure.
@@ -169,6 +200,12 @@ unsigned int FindInFlat(LookupCase& lookup, const Question& question, char* full
     return lookup.flat.find(question.name, theExtensions, fullName);
 }
 
+unsigned int FindInFlatByItem(LookupCase& lookup, const Question& question, char* fullName) {
+    const unsigned int found = FindInFlat(lookup, question, fullName);
+    if (found != 0) benchmark::DoNotOptimize(lookup.between.touch(fullName));
+    return found;
+}
+
 template <vpReadCheck kCheck>
 unsigned int FindInPath(LookupCase& lookup, const Question& question, char* fullName) {
     vpDir directory;
@@ -200,6 +237,9 @@ std::vector<Contender> Unverified(size_t directories, Ask ask) {
     if (ask == Ask::kHit || ask == Ask::kMiss || ask == Ask::kEverywhere) {
         Agree(*lookup, *questions, library, FindInMap, ask != Ask::kMiss);
         contenders.push_back({"map", Asking(lookup, questions, FindInMap)});
+    }
+    if (ask == Ask::kHit) {
+        contenders.push_back({"flat by item", Asking(lookup, questions, FindInFlatByItem)});
     }
     if (ask == Ask::kEverywhere && directories > 10) {
         const auto few = CaseOf(10);
