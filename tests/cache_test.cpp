@@ -105,13 +105,15 @@ unfreeze /i/toolbox/warm)");
         const std::string top = name.substr(0, name.find('/'));
         EXPECT_NE(vpGetDirType(vpAddDir(path, ("/i/toolbox/" + top).c_str(), vpAddAtEnd)), 0);
     }
+    host.add({"/i/toolbox/b7/" + n.substr(1) + ".v", "/i/toolbox/ext/" + n.substr(2) + ".v"});
+    vpAddDirsString(path, "/i/toolbox/b7:/i/toolbox/ext", vpAddAtEnd);
     EXPECT_EQ(written(),
               lines("1Dal 3Dal/@G 3Dal/@G/private 4Fg 3/ 4FG.v 3/ 2Dal/+pk 3Dal/+pk/+de "
                     "4Dal/+pk/+de/+er 4/ 5Dal/+pk/+de/@In 5Dal/+pk/+de/@In/private 6Fi.long_one 5/ "
                     "5/ 3/ 4Dal/+pk/@Cl 5Fc.txt 4/ 2Dal/+pk/private 4Fq 3/ 3Fk.v 2/ 2Dal/+z 2/ "
                     "2Dal/private 3Nh.v 2/ 2Czz.v 2Fab 2Fx.V 2Nn.p 2Fu.v 2Fdot. 2dsub 2ds.d 1/ "
                     "1D/side 2Fs.v 1/ 1D<&> 1/ 1Dok 2Ff 1/ 1Dlong 2F" +
-                    n + " 1/"));
+                    n + " 1/ 1Dext 2F" + n.substr(2) + ".v 1/"));
 }
 
 TEST_F(CacheTest, WritesWholeFilesOrAnswersFalse) {
