@@ -5,7 +5,7 @@
 #
 #   cache_write_faults_test.sh VPATH WORK_DIR [KILLS]     default: 40 random moments
 set -euo pipefail
-export LC_ALL=C ASAN_OPTIONS=detect_leaks=0  # which it cannot while it is traced
+export LC_ALL=C
 
 vpath=$1
 work=$2
