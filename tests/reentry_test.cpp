@@ -328,6 +328,22 @@ TEST_F(Reentry, ADirectoryThatIsBeingReadIsOnlyMarked) {
     run("holds /a => f.v | | @C private");
 }
 
+// What memory ran out for is read by the next refresh, whatever its time says.
+TEST_F(Reentry, DirectoriesThatMemoryLeftUnread) {
+    bool failed = true;
+    for (long nth = 1; failed && !HasFailure(); ++nth) {
+        SCOPED_TRACE(nth);
+        reopen();
+        run("tree /a/@K/k.v /a/+p/p.v ; time /a 0 ; time /a/@K 0 ; time /a/+p 0");
+        TheLedger().failsOn = false;
+        TheLedger().failAt = nth;
+        vpRefreshDirectory(dir("/a"), vpRefreshAlways);
+        failed = TheLedger().failAt == 0;
+        TheLedger().failAt = 0;
+        run("markall ; refreshall 1 ; holds /a/@K => k.v | | ; holds /a/+p => p.v | |");
+    }
+}
+
 // The path, held by the registry alone, is removed by a listener of the re-read; a directory leaves
 // while its time is asked for.
 TEST_F(Reentry, WhatGoesWhileItIsRefreshed) {
