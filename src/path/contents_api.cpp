@@ -133,7 +133,8 @@ class Replacement {
     // Whether nobody put a name list in order, or moved directories, while this was going on.
     bool undisturbed() const {
         const PathOrder::Stamp now = order_.stamp();
-        return !before_.moved && now.epoch == before_.epoch && now.moves == before_.moves + moves_;
+        return !before_.moved && now.epoch == before_.epoch &&
+               now.moves == before_.moves + moves_ && now.entries == before_.entries + moves_;
     }
 
     bool allMet() {

@@ -22,6 +22,7 @@ void PathOrder::pushFront(PathDirItemInfo& directory) {
     (first_ != nullptr ? first_->prevOnPath : last_) = &directory;
     first_ = &directory;
     ++added_;
+    ++entries_;
 }
 
 void PathOrder::pushBack(PathDirItemInfo& directory) {
@@ -31,6 +32,7 @@ void PathOrder::pushBack(PathDirItemInfo& directory) {
     (last_ != nullptr ? last_->nextOnPath : first_) = &directory;
     last_ = &directory;
     ++added_;
+    ++entries_;
 }
 
 void PathOrder::remove(PathDirItemInfo& directory) {

@@ -36,13 +36,15 @@ class PathOrder {
     bool moveToBack(PathDirItemInfo& directory);  // false when it stands there
 
     // A sequence of moves that ends in the old order is none: the caller, who knows that it was one
-    // and that nobody else moved anything or read an order in between, takes back what it caused.
+    // and that nobody else moved or added anything or read an order in between, takes back what it
+    // caused.
     struct Stamp {
         uint32_t epoch;
         uint32_t moves;
+        uint32_t entries;
         bool moved;
     };
-    Stamp stamp() const { return {epoch_, moves_, moved_}; }
+    Stamp stamp() const { return {epoch_, moves_, entries_, moved_}; }
     void forgetMoves() { moved_ = false; }
 
   private:
@@ -52,5 +54,6 @@ class PathOrder {
     size_t added_ = 0;
     uint32_t epoch_ = 0;
     uint32_t moves_ = 0;
+    uint32_t entries_ = 0;  // directories that came, moves to the back included
     bool moved_ = false;
 };
