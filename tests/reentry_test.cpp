@@ -328,6 +328,17 @@ TEST_F(Reentry, ADirectoryThatIsBeingReadIsOnlyMarked) {
     run("holds /a => f.v | | @C private");
 }
 
+// A new directory comes first; its listener reads the list of a name before the others have moved.
+TEST_F(Reentry, OrderReadBeforeAReplacementMovesWhatStays) {
+    run("tree /a/f.v /b/f.v /n/f.v ; path /a:/b ; files A f");
+    host.onCall = [this](const std::string& call) {
+        if (call == "5 /n") step("files A f");
+    };
+    run("replace /n:/a:/b => yes");
+    host.onCall = nullptr;
+    run("files A f => *:/n/f.v *:/a/f.v *:/b/f.v");
+}
+
 // What memory ran out for is read by the next refresh, whatever its time says.
 TEST_F(Reentry, DirectoriesThatMemoryLeftUnread) {
     bool failed = true;

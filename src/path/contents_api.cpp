@@ -130,11 +130,13 @@ class Replacement {
         if (order_.moveToBack(directory)) ++moves_;
     }
 
-    // Whether nobody put a name list in order, or moved directories, while this was going on.
+    // Whether nobody put a name list in order, and no directory but the kept ones came to the back
+    // or the front, while this was going on. A list that a callback read before the first move has
+    // what was added by then behind what is kept.
     bool undisturbed() const {
         const PathOrder::Stamp now = order_.stamp();
         return !before_.moved && now.epoch == before_.epoch &&
-               now.moves == before_.moves + moves_ && now.entries == before_.entries + moves_;
+               now.entries == before_.entries + moves_;
     }
 
     bool allMet() {

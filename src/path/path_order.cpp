@@ -50,6 +50,5 @@ bool PathOrder::moveToBack(PathDirItemInfo& directory) {
     remove(directory);
     pushBack(directory);
     moved_ = true;
-    ++moves_;
     return true;
 }

@@ -40,11 +40,10 @@ class PathOrder {
     // caused.
     struct Stamp {
         uint32_t epoch;
-        uint32_t moves;
         uint32_t entries;
         bool moved;
     };
-    Stamp stamp() const { return {epoch_, moves_, entries_, moved_}; }
+    Stamp stamp() const { return {epoch_, entries_, moved_}; }
     void forgetMoves() { moved_ = false; }
 
   private:
@@ -53,7 +52,6 @@ class PathOrder {
     PathDirItemInfo* last_ = nullptr;
     size_t added_ = 0;
     uint32_t epoch_ = 0;
-    uint32_t moves_ = 0;
     uint32_t entries_ = 0;  // directories that came, moves to the back included
     bool moved_ = false;
 };
