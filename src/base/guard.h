@@ -13,6 +13,15 @@ Result Guarded(Result failure, Body&& body) noexcept {
     }
 }
 
+// The same for calls without a result.
+template <class Body>
+void Guarded(Body&& body) noexcept {
+    try {
+        std::forward<Body>(body)();
+    } catch (...) {  // NOLINT(bugprone-empty-catch): the call answers as for a failure, silently
+    }
+}
+
 // Runs `body`; false when it throws. For the steps of a change that has to be completed.
 template <class Body>
 bool Attempt(Body&& body) noexcept {
@@ -21,14 +30,5 @@ bool Attempt(Body&& body) noexcept {
         return true;
     } catch (...) {
         return false;
-    }
-}
-
-// The same for calls without a result.
-template <class Body>
-void Guarded(Body&& body) noexcept {
-    try {
-        std::forward<Body>(body)();
-    } catch (...) {  // NOLINT(bugprone-empty-catch): the call answers as for a failure, silently
     }
 }

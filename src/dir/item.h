@@ -123,8 +123,7 @@ class PathFileItemInfo final : public PathItemInfo {
     ClassdefState classdefState;
 
   private:
-    // An extension of up to four characters is kept here; kEmptyExtension marks one that is there
-    // but empty, kLongExtension one that stands behind the object.
+    // A short extension, which may be empty, is kept here, a long one behind the object.
     static constexpr size_t kShortExtension = 4;
     enum ExtensionForm : uint8_t { kNoExtension, kShort, kLong };
 
