@@ -11,7 +11,7 @@
 
 #include "cachefile/cache_commands.h"
 #include "cachefile/dir_contents.h"
-#include "cachefile/replacement_file.h"
+#include "files/replacement_file.h"
 #include "loading/host_calls.h"
 #include "loading/path_names.h"
 #include "output/console.h"
@@ -98,9 +98,7 @@ bool CacheMaker::canTellOf(const vpDir& dir) {
     const auto note = [&](const std::string& fullName, const ContentItem& item) {
         const auto unread = FailedListings().find(fullName);
         const std::string reason =
-            unread == FailedListings().end()
-                ? WhyNotInCache(item)
-                : std::string("cannot be read: ") + std::strerror(unread->second);
+            unread == FailedListings().end() ? WhyNotInCache(item) : CannotBeRead(unread->second);
         if (!reason.empty()) leftOut_.push_back({fullName, reason, name + " is left out"});
     };
     // What stands before the toolbox folder is not in the file.

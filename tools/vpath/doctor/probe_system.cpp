@@ -10,8 +10,8 @@
 #include <memory>
 #include <thread>
 
-#include "output/signal_block.h"
-#include "watch/descriptor.h"
+#include "files/descriptor.h"
+#include "files/signal_block.h"
 #include "watch/file_systems.h"
 #include "watch/inotify.h"
 

@@ -8,8 +8,8 @@
 
 #include <CLI/CLI.hpp>
 
-#include "cachefile/replacement_file.h"
 #include "command.h"
+#include "files/replacement_file.h"
 #include "loading/host_calls.h"
 #include "report/report_data.h"
 #include "report/report_page.h"

@@ -8,7 +8,7 @@
 #include <fstream>
 #include <utility>
 
-#include "watch/descriptor.h"
+#include "files/descriptor.h"
 
 namespace {
 

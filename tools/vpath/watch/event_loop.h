@@ -6,7 +6,7 @@
 #include <chrono>
 #include <optional>
 
-#include "watch/descriptor.h"
+#include "files/descriptor.h"
 
 // Thrown when the user or the system ends the command. The signal is SIGINT or SIGTERM.
 struct Interrupted {

@@ -8,7 +8,7 @@
 #include <string>
 #include <string_view>
 
-#include "watch/descriptor.h"
+#include "files/descriptor.h"
 
 struct InotifyEvent {
     int watch;  // -1: the queue overflowed, events are lost

@@ -1,4 +1,4 @@
-#include "cachefile/replacement_file.h"
+#include "files/replacement_file.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -13,9 +13,9 @@
 #include <iterator>
 #include <memory>
 
+#include "files/descriptor.h"
+#include "files/signal_block.h"
 #include "output/exit_status.h"
-#include "output/signal_block.h"
-#include "watch/descriptor.h"
 
 namespace {
 
