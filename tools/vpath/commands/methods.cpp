@@ -1,12 +1,10 @@
 // vpath methods: the method files of a class.
 #include <memory>
 #include <string>
-#include <string_view>
 #include <unordered_set>
 #include <vector>
 
 #include <vpath/path.h>
-#include <vpath/pathname.h>
 #include <vpath/search.h>
 #include <CLI/CLI.hpp>
 
@@ -32,18 +30,11 @@ class MethodLister {
             vpCreateDirSearch(classDir, nullptr, extensions_.data(), vpReadCheckSkip));
         char file[kNameRoom];
         while (vpFindNextFile(files.get(), nullptr, file) != 0) {
-            if (printed_.count(file) == 0) printMethod(MethodName(file));
+            if (printed_.count(file) == 0) printMethod(StemOf(file));
         }
     }
 
   private:
-    static std::string MethodName(std::string_view file) {
-        std::string name(file.substr(file.rfind('/') + 1));
-        const int extension = vpFindFileExt(name.c_str());
-        if (extension > 0) name.resize(static_cast<size_t>(extension));
-        return name;
-    }
-
     // Its files over all directories of the class, in order of precedence.
     void printMethod(const std::string& method) {
         // The final dot keeps a dot inside the name from being taken for an extension's.

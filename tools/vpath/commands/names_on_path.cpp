@@ -5,7 +5,6 @@
 #include <utility>
 
 #include <hostkit/hostkit.h>
-#include <vpath/pathname.h>
 #include <vpath/search.h>
 
 #include "loading/inner_dirs.h"
@@ -95,11 +94,4 @@ std::vector<std::string> FilesOf(const vpPath& path, const std::string& name,
         if (seen.insert(fullName).second) files.push_back(std::move(fullName));
     }
     return files;
-}
-
-std::string StemOf(const std::string& fullName) {
-    std::string name = LastComponent(fullName);
-    const int extension = vpFindFileExt(name.c_str());
-    if (extension > 0) name.resize(static_cast<size_t>(extension));
-    return name;
 }

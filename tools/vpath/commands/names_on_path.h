@@ -26,6 +26,3 @@ std::vector<NameOnPath> NamesOnPath(const vpPath& path, const ExtensionArray& ex
 std::vector<std::string> FilesOf(const vpPath& path, const std::string& name,
                                  ExtensionArray extensions, vpCaseSensitivity caseRule,
                                  size_t limit = SIZE_MAX);
-
-// The last component of a full name without its extension.
-std::string StemOf(const std::string& fullName);

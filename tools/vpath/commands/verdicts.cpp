@@ -6,7 +6,6 @@
 #include <utility>
 
 #include <hostkit/hostkit.h>
-#include <vpath/pathname.h>
 #include <vpath/search.h>
 
 #include "commands/names_on_path.h"

@@ -63,6 +63,13 @@ std::string DirOfFile(const std::string& fileName) {
 
 std::string LastComponent(const std::string& name) { return name.substr(name.rfind('/') + 1); }
 
+std::string StemOf(const std::string& fileName) {
+    std::string name = LastComponent(fileName);
+    const int extension = vpFindFileExt(name.c_str());
+    if (extension > 0) name.resize(static_cast<size_t>(extension));
+    return name;
+}
+
 std::string FullFileName(const char* found) {
     if (vpIsAbsolutePath(found)) return found;
     const std::string name = found;

@@ -25,10 +25,12 @@ vpDir FindDir(const vpPath& path, const std::string& name);
 
 // The full name of a directory of the path, completed when it was added under a relative name.
 std::string FullNameOf(const vpDir& dir);
-// A name in a directory; the directory in the name of a file; the last component of a name.
+// A name in a directory; the directory in the name of a file; the last component of a name, and
+// that without its extension.
 std::string JoinNames(const std::string& dir, const std::string& name);
 std::string DirOfFile(const std::string& fileName);
 std::string LastComponent(const std::string& name);
+std::string StemOf(const std::string& fileName);
 
 // The full name of a file that a search answered, completed when its directory was added under a
 // relative name.

@@ -2,11 +2,9 @@
 
 #include <cstdio>
 #include <string>
-#include <string_view>
 #include <unordered_set>
 
 #include <hostkit/hostkit.h>
-#include <vpath/pathname.h>
 #include <vpath/search.h>
 
 #include "loading/path_names.h"
@@ -22,10 +20,8 @@ struct Contents {
 };
 
 // A file's name as searches look it up.
-std::string SearchName(std::string_view fullName) {
-    std::string name(fullName.substr(fullName.rfind('/') + 1));
-    const int extension = vpFindFileExt(name.c_str());
-    if (extension > 0) name.resize(static_cast<size_t>(extension));
+std::string SearchName(const std::string& fullName) {
+    std::string name = StemOf(fullName);
     hkLowerCase(name.data());
     return name;
 }
