@@ -4,6 +4,7 @@
 
 #include <set>
 
+#include "cache_mutator.h"
 #include "fuzzed_path.h"
 
 namespace {
@@ -42,6 +43,13 @@ bool NamesTwice(const std::string& text) {
 }
 
 }  // namespace
+
+extern "C" size_t LLVMFuzzerCustomMutator(uint8_t* data, size_t size, size_t maxSize,
+                                          unsigned seed) {
+    if (seed % 8 == 0) return LLVMFuzzerMutate(data, size, maxSize);
+    const std::string file = CacheMutator({data, data + size}, seed).mutate();
+    return file.copy(reinterpret_cast<char*>(data), maxSize);
+}
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     FuzzedPath on("/i/toolbox");

@@ -1,7 +1,10 @@
 // Gives each file of a corpus to the fuzz target once, for builds without libFuzzer; or inputs made
 // at random:
 //
-//     NAME_fuzz --random FIRST COUNT
+//     NAME_fuzz --random FIRST COUNT [ALPHABET]
+//
+// of the bytes of the alphabet, or of any; where the target has a mutator, by that from nothing.
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
@@ -13,23 +16,82 @@
 #include <vector>
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size);
+extern "C" __attribute__((weak)) size_t LLVMFuzzerCustomMutator(uint8_t* data, size_t size,
+                                                                size_t maxSize, unsigned seed);
 
-static int RunRandom(unsigned first, unsigned count) {
-    for (unsigned seed = first; seed - first < count; ++seed) {
-        if ((seed - first) % 1000 == 0) std::printf("random inputs from %u on\n", seed);
-        std::fflush(stdout);  // from there on one crashed
-        std::mt19937 random(seed);
-        std::vector<uint8_t> bytes(random() % 600);
-        for (uint8_t& byte : bytes) byte = static_cast<uint8_t>(random());
-        LLVMFuzzerTestOneInput(bytes.data(), bytes.size());
+namespace {
+
+// Quick to seed: an input takes no longer than its making.
+class Random {
+  public:
+    explicit Random(uint64_t seed) : engine_(seed) { engine_.discard(2); }
+    size_t below(size_t limit) { return (engine_() >> 32U) % limit; }
+
+  private:
+    std::linear_congruential_engine<uint64_t, 6364136223846793005U, 1442695040888963407U, 0>
+        engine_;
+};
+
+Random theRandom(0);
+
+size_t MakeInput(unsigned seed, const std::string& alphabet, std::vector<uint8_t>& bytes) {
+    theRandom = Random(seed);
+    if (LLVMFuzzerCustomMutator == nullptr) {
+        const size_t size = theRandom.below(600);
+        std::generate_n(bytes.begin(), size, [&] {
+            return static_cast<uint8_t>(alphabet[theRandom.below(alphabet.size())]);
+        });
+        return size;
     }
-    return 0;
+    size_t size = 0;
+    for (size_t left = theRandom.below(50); left > 0; --left) {
+        const auto next = static_cast<unsigned>(theRandom.below(1U << 31U));
+        size = LLVMFuzzerCustomMutator(bytes.data(), size, bytes.size(), next);
+    }
+    return size;
+}
+
+void RunRandom(unsigned first, unsigned count, const std::string& alphabet) {
+    std::vector<uint8_t> bytes(8192);
+    for (unsigned seed = first; seed - first < count; ++seed) {
+        if ((seed - first) % 1000 == 0) {
+            std::printf("random inputs from %u on\n", seed);
+            std::fflush(stdout);  // from there on one crashed
+        }
+        const size_t size = MakeInput(seed, alphabet, bytes);
+        LLVMFuzzerTestOneInput(bytes.data(), size);
+    }
+}
+
+std::string AllBytes() {
+    std::string all(256, '\0');
+    std::generate(all.begin(), all.end(),
+                  [byte = 0]() mutable { return static_cast<char>(byte++); });
+    return all;
+}
+
+}  // namespace
+
+// libFuzzer's for its own builds; here one byte changes, comes or goes.
+extern "C" size_t LLVMFuzzerMutate(uint8_t* data, size_t size, size_t maxSize) {
+    const size_t at = theRandom.below(size + 1);
+    const size_t choice = theRandom.below(3);
+    if (choice == 0 && size < maxSize) {
+        std::copy_backward(data + at, data + size, data + size + 1);
+        ++size;
+    } else if (choice == 1 && at < size) {
+        std::copy(data + at + 1, data + size, data + at);
+        return size - 1;
+    }
+    if (at < size) data[at] = static_cast<uint8_t>(theRandom.below(256));
+    return size;
 }
 
 int main(int argc, char** argv) {
-    if (argc == 4 && std::string(argv[1]) == "--random") {
-        return RunRandom(static_cast<unsigned>(std::stoul(argv[2])),
-                         static_cast<unsigned>(std::stoul(argv[3])));
+    if (argc >= 4 && std::string(argv[1]) == "--random") {
+        RunRandom(static_cast<unsigned>(std::stoul(argv[2])),
+                  static_cast<unsigned>(std::stoul(argv[3])), argc > 4 ? argv[4] : AllBytes());
+        return 0;
     }
     int replayed = 0;
     for (int i = 1; i < argc; ++i) {
