@@ -93,6 +93,8 @@ tree /b/@Bare/Bare.p /a/First.m /b/First.v ; path /a:/b)");
     const char* exts[] = {"v", nullptr};
     EXPECT_TRUE(vpGetClassFile(path, "Both", small, sizeof small, exts));
     EXPECT_STREQ(small, "/a/");
+    EXPECT_TRUE(vpGetClassFile(path, "Both", nullptr, 9, exts) &&
+                vpGetClassFile(path, "Both", small, 0, exts));
 }
 
 TEST_F(ClassFiles, CaseStatesAndOutputs) {

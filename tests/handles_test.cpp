@@ -113,6 +113,33 @@ TEST_F(Handles, NullAndDeadHandlesAnswerNothing) {
     run("calls => ; printed => ; messages =>");
 }
 
+TEST_F(Handles, NullArgumentsAnswerNothing) {
+    run("tree /a/f.v /a/@C/C.v ; path /a");
+    const vpDir a = dir("/a");
+    vpTimeStamp_tag stamp = {7, 7};
+    vpCopyTimeStamp(nullptr, &stamp);
+    vpCopyTimeStamp(&stamp, nullptr);
+    EXPECT_FALSE(
+        vpIsFileTimeStampDifferent(nullptr, &stamp) ||
+        vpIsFileTimeStampDifferent(&stamp, nullptr) || vpGetTimeStampFromDir(a, nullptr, &stamp) ||
+        vpGetTimeStampFromDir(a, "/a/f.v", nullptr) || vpGetTimeStamp(path, nullptr, &stamp) ||
+        vpHasFileChanged(a, nullptr, &stamp, vpUpdateTimeStamp) ||
+        vpHasFileChanged(a, "/a/f.v", nullptr, vpUpdateTimeStamp));
+    EXPECT_TRUE(stamp.time == 7 && stamp.generation == 7);
+    EXPECT_TRUE(!vpGetDirName(a, nullptr) && !vpConcatDirName(a, "x", nullptr) &&
+                !vpGetCWDName(path, nullptr, 9));
+    EXPECT_FALSE(vpIsFileClassdef(path, nullptr) ||
+                 vpGetClassFile(path, nullptr, nullptr, 0, nullptr));
+    // What is found counts, wanted or not.
+    vpSearch* search = vpCreateVisibleSearch(a, "f", nullptr, vpReadCheckVerify);
+    EXPECT_TRUE(vpFindNextFile(search, nullptr, nullptr) &&
+                !vpFindNextFile(search, nullptr, nullptr));
+    vpDestroySearch(&search);
+    vpDestroySearch(&search);
+    EXPECT_TRUE(vpFindFirstFileInAll(path, "f", nullptr, vpReadCheckSkip, nullptr, nullptr));
+    EXPECT_TRUE(vpFindFirstFileVisibleToDir(a, "f", nullptr, vpReadCheckVerify, nullptr, nullptr));
+}
+
 TEST_F(Handles, AListenersFreedPlaceIsTakenAgain) {
     run("tree /a/ /b/ /c/ /d/ ; path -");  // with one listener
     const vpRegisteredInterest second = vpRegisterPathInterest(path, FakeHost::secondListener);

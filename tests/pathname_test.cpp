@@ -58,6 +58,28 @@ TEST_F(Pathname, KindsOfNamesAndSeparators) {
     EXPECT_FALSE(vpIsPathNameSep(nullptr, nullptr));
 }
 
+TEST_F(Pathname, NullArgumentsGiveNothing) {
+    char dst[16] = "as it was";
+    char home[] = "~";
+    EXPECT_TRUE(!vpChangeFileExtension("f.v", nullptr, ".p") && !vpGetBaseFileName("f", nullptr) &&
+                !vpExtractSubdir(nullptr, "a") && !vpConcatPathName(nullptr, "a") &&
+                !vpCombinePathName(nullptr, "a", "b") && !vpSeparatePathName(nullptr, nullptr));
+    EXPECT_FALSE(vpCombineDirectory(nullptr, "a", "b") || vpCombineDirectory(dst, nullptr, "b") ||
+                 vpCombineDirectory(dst, "a", nullptr));
+    EXPECT_TRUE(!vpFullPath(nullptr, "/a", 9) && !vpFullPath(dst, nullptr, 9) &&
+                !vpTildeExpansion(dst, nullptr) && vpTildeExpansion(nullptr, home) == home &&
+                !vpNormalizeDirName("a", false, 0, nullptr, nullptr) &&
+                !NextPathListEntry(nullptr));
+    EXPECT_TRUE(!vpGetPackageNameFromFullName("+p/f", nullptr, 9) &&
+                !vpGetClassNameFromFullName("@C/f", nullptr, 9) &&
+                !vpGetObjectNameFromPath({}, "@C/f", nullptr, 9) &&
+                !vpGetObjectNameFromPath({}, "@C/f", dst, 0) &&
+                !vpGetQualifiedNameFromPath("@C/f", nullptr));
+    EXPECT_STREQ(dst, "as it was");
+    EXPECT_EQ(vpSeparatePathName(nullptr, dst), nullptr);
+    EXPECT_STREQ(vpCombinePathName(dst, nullptr, nullptr), "");
+}
+
 TEST_F(Pathname, ExtensionsAndLastComponents) {
     // clang-format off
     // Name, what precedes its extension (null: it has none), what precedes the last '.', the last

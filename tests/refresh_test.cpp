@@ -62,13 +62,18 @@ TEST_F(Refresh, ChangesAreCounted) {
     }
 }
 
+TEST_F(Refresh, ASearchBeginsAnewInWhatWasEmptied) {
+    run("tree /cwd/g /cwd/h ; path - ; open D:/cwd '' ; next => *:/cwd/g ; next => *:/cwd/h");
+    run("hide 1 ; hide 0 ; refresh /cwd 1 => /cwd ; next => *:/cwd/g");
+}
+
 TEST_F(Refresh, MarksAndWhomTheyReach) {
     run("tree /a/@C/private/f /a/+p/ /b/ ; path /a:/b");
     // clang-format off
     const std::string rows[][2] = {
         {"/a", "/a"}, {"/a/@C", "/a/@C"}, {"/a/@New", "/a"}, {"/a/+p/@New/private", "/a/+p"},
         {"/a/+new/@New/private", "/a"}, {"/b/private", "/b"}, {"/b/PRIVATE", ""}, {"/a/c", ""},
-        {"/none/@C", ""}, {"private", ""}};
+        {"/none/@C", ""}, {"private", ""}, {"/a/@", ""}, {"/a/+", ""}};
     // clang-format on
     for (const auto& [name, listed] : rows) {
         EXPECT_EQ(step("mark " + name), "no") << name;
