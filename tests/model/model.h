@@ -151,6 +151,7 @@ class Model : public Searches {
                 return answer = judge(search, want, isBounded, found.answer, found.calls), true;
             answer = isBounded ? bounded(search) : next(search, want);
             search.version = version;  // what it has passed itself is no change
+            if (search.ask.verify) forgetLapsed(search, want);
             if (answer.empty() || answer == "0:") return true;
             ++search.given[answer];
             search.right[answer].insert(search.current->item);

@@ -191,11 +191,19 @@ class Searches : public Contents {
         if (!isEnd && !isRight) return "nothing that is not there now";
         if (search.isMixed || search.placesChanged) return answer;
         if (!isEnd && ++search.given[answer] > search.right[answer].size()) return "nothing twice";
+        forgetLapsed(search, want);
         for (const auto& due : isEnd && !isBounded ? search.due[want] : decltype(now)()) {
-            const bool isThere = std::count(now.begin(), now.end(), due) != 0;
-            if (isThere && search.given[due.second] == 0) return due.second + ", there all along";
+            if (search.given[due.second] == 0) return due.second + ", there all along";
         }
         return answer;
+    }
+
+    // What is not right at the moment may have been passed over, and need not be given later.
+    void forgetLapsed(OpenSearch& search, Want want) {
+        const auto now = hitsNow(search.ask, want);
+        std::erase_if(search.due[want], [&](const auto& due) {
+            return std::count(now.begin(), now.end(), due) == 0;
+        });
     }
 
   private:
