@@ -130,14 +130,6 @@ TEST_F(Handles, NullArgumentsAnswerNothing) {
                 !vpGetCWDName(path, nullptr, 9));
     EXPECT_FALSE(vpIsFileClassdef(path, nullptr) ||
                  vpGetClassFile(path, nullptr, nullptr, 0, nullptr));
-    // What is found counts, wanted or not.
-    vpSearch* search = vpCreateVisibleSearch(a, "f", nullptr, vpReadCheckVerify);
-    EXPECT_TRUE(vpFindNextFile(search, nullptr, nullptr) &&
-                !vpFindNextFile(search, nullptr, nullptr));
-    vpDestroySearch(&search);
-    vpDestroySearch(&search);
-    EXPECT_TRUE(vpFindFirstFileInAll(path, "f", nullptr, vpReadCheckSkip, nullptr, nullptr));
-    EXPECT_TRUE(vpFindFirstFileVisibleToDir(a, "f", nullptr, vpReadCheckVerify, nullptr, nullptr));
 }
 
 TEST_F(Handles, AListenersFreedPlaceIsTakenAgain) {

@@ -19,7 +19,8 @@ files A f ..p,,P => ; files A f ..p,,P cs1 => 3:/a/f.p 3:/b/f.p ; files A f.v p,
 files A F.V v cs99 => 1:/cwd/f.v 1:/a/f.v ; files A /a/f.v/ => *:/a/f.v ; files A x/a/f =>
 files A wd/f => ; files A @p/f => ; files A p/f => *:/a/+p/f.v ; files A c.d/g => *:/a/@c.d/g.v ; files A @ => ; files A / =>
 dirs A cwd => 1:/cwd ; dirs O cwd => ; dirs A @c.d => 1:/a/@c.d ; dirs A c =>
-files V:/a f/ v => 1:/cwd/f.v 1:/a/f.v ; files D:/a b/f =>
+files V:/a f/ v => 1:/cwd/f.v 1:/a/f.v ; one A f/ v => 1:/cwd/f.v ; one A p/f => *:/a/+p/f.v
+files D:/a b/f =>
 files W:/none f v => 1:/cwd/f.v 1:/a/f.v ; files W:NULL f v cs1 => 1:/cwd/f.v 1:/a/f.v
 files F:any.v f v => 1:/cwd/f.v 1:/a/f.v ; files F:NULL f v cs0 => 1:/cwd/f.v 1:/a/f.v
 files F:/a/any.v f v => 1:/a/private/f.v 1:/cwd/f.v 1:/a/f.v
@@ -44,6 +45,7 @@ TEST_F(Search, OutputsThatAreNotWantedAndSearchesThatAreNotThere) {
     vpDestroySearch(&none);
     EXPECT_TRUE(vpIsSameDir(at, b) && std::strcmp(name, "untouched") == 0);
     EXPECT_EQ(first("f", nullptr, nullptr), 0xFFFFFFFF);
+    EXPECT_EQ(vpFindFirstFileInAll(path, "f", nullptr, vpReadCheckSkip, nullptr, nullptr), ~0U);
     EXPECT_EQ(first("b/f", &at, name), 0xFFFFFFFF);
     EXPECT_TRUE(vpIsSameDir(at, b) && std::strcmp(name, "/b/f.p") == 0);
     EXPECT_EQ(first("g", &at, name), 0U);
