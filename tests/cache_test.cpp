@@ -462,6 +462,7 @@ TEST_F(CacheTest, GoesFromStateToState) {
 
     // The path is removed in cache mode.
     EXPECT_EQ(use(other), "");
+    EXPECT_EQ(listing("/i/toolbox/AL") + listing("/I/toolbox/al"), "");
     run("add /i/toolbox/al => /i/toolbox/al ; holds /i/toolbox/al => new | | ; removepath");
     EXPECT_TRUE(vpInToolboxCacheMode());
     vpRevertFromToolboxCache(path);

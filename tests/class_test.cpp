@@ -177,6 +177,7 @@ tree /two/+k/H.v /two/@K/K.v ; path /a:/b)");
     EXPECT_EQ(file("H"), "-");
     run("cwd /two/@K =>");
     EXPECT_EQ(file("K"), "-");
+    EXPECT_EQ(file("p.C"), "/a/+p/C.v");
     run("cwd /two =>");
     EXPECT_EQ(file("K"), "/two/@K/K.v");
     vpSetIsClassFcn(nullptr);
