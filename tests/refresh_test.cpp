@@ -50,16 +50,24 @@ TEST_F(Refresh, ChangesAreCounted) {
                 {"time /a 30", 1, 3, "time /a|time /a|list /a"},
                 {"time /a 0", 1, 5, "time /a|time /a|list /a"},
                 {"freeze /a ; unfreeze /a ; forget", 4, 1, ""}};
-    run("tree /a/ ; path /a");
+    const auto changes = [this](const char* name) {
+        vpTimeStamp_tag stamp{};
+        vpGetTimeStampFromDir(dir(name), "/cwd", &stamp);
+        return stamp.generation;
+    };
+    run("tree /a/ /cwd/rel/ /two/ ; path /a:rel");
     for (const auto& row : rows) {
         run(row.before);
         vpRefreshDirectory(dir("/a"), static_cast<vpDirRefreshType>(row.type));
         EXPECT_EQ(host.takeCalls(), row.calls);
-        vpTimeStamp_tag stamp{};
-        vpGetTimeStampFromDir(dir("/a"), "/cwd", &stamp);
-        EXPECT_EQ(stamp.generation, row.count) << row.calls;
+        EXPECT_EQ(changes("/a"), row.count) << row.calls;
         forget();
     }
+    // Relative directories begin anew with the current directory, whether they are there or not.
+    run("time rel 20 ; refresh rel 1 => rel ; time rel 25 ; refresh rel 1 => rel");
+    EXPECT_GT(changes("rel"), 2U);
+    run("cwd /two =>");
+    EXPECT_EQ(changes("rel"), 2U);
 }
 
 TEST_F(Refresh, ASearchBeginsAnewInWhatWasEmptied) {
