@@ -30,6 +30,18 @@ open O f v,p ; bounded => 0: ; next => 1:/a/f.v ; bounded => 2:/a/f.p ; bounded 
 next => 2:/b/f.p ; bounded => 0: ; next => ; bounded => 0: ; rest => ; calls => ; printed =>)");
 }
 
+// Full names of all lengths around the one from which they take memory.
+TEST_F(Search, NamesThatJustFit) {
+    for (size_t length = 508; length < 516; ++length) {
+        const std::string name = std::string("/b/").append(length - 3, 'n');
+        host.add({name});
+        run("refresh /b 3");
+        const std::string leaf = name.substr(3);
+        EXPECT_EQ(step("files A " + leaf + " verify"), "*:" + name);
+        EXPECT_EQ(step("one A " + leaf + " verify"), "*:" + name);
+    }
+}
+
 TEST_F(Search, OutputsThatAreNotWantedAndSearchesThatAreNotThere) {
     const auto first = [&](const std::string& name, vpDir* at, char* out) {
         return vpFindFirstFileInAll(path, name.c_str(), nullptr, vpReadCheckVerify, at, out);
