@@ -181,7 +181,10 @@ TEST_F(PosixHost, ModificationTimesAreNeverInTheFuture) {
 }
 
 TEST_F(PosixHost, PathsAreReadThroughIt) {
-    tree_.add({"w/f.v", "w/sub/", "w/@Cls/Cls.v", "w/private/f.v", "w/dangling.v -> nowhere"});
+    tree_.add(
+        {"w/f.v", "w/sub/", "w/@Cls/Cls.v", "w/private/f.v", "w/dangling.v -> nowhere", "in/"});
+    const std::filesystem::path before = std::filesystem::current_path();
+    std::filesystem::current_path(tree_.at("in"));
     ASSERT_TRUE(vpInstallPosixHost());
     vpPath path = vpCreatePathWithPreFrozen(0, "posix", nullptr, vpCaseDefault, true);
     const vpDir w = vpAddDir(path, tree_.at("w").c_str(), vpAddAtEnd);
@@ -195,4 +198,5 @@ TEST_F(PosixHost, PathsAreReadThroughIt) {
     }
     EXPECT_EQ(found, "/private/f.v/@Cls/Cls.v--/private/f.v/@Cls/Cls.v-/dangling.v");
     vpRemovePath(path);
+    std::filesystem::current_path(before);
 }
