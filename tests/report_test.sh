@@ -14,7 +14,7 @@ rm -rf "$work"
 mkdir -p "$work/home" "$work/lib/a/@Cls" "$work/lib/b" "$work/lib/c"
 cd "$work/lib"
 touch a/name{1..600}.v b/name{1..600}.v c/NAME7.v a/@Cls/draw.v b/Cls.v c/only.v
-evil='<img src=x onerror=alert(1)>&"'\''\'$'\n\xff\u202e\xed\xa0\x80\xc3\xa9\xf0\x9f\x98\x80\xe2\x82'
+evil='<img src=x onerror=alert(1)>&"'\''\'$'\n\xff\xe2\x80\xae\xed\xa0\x80\xc3\xa9\xf0\x9f\x98\x80\xe2\x82'
 mkdir -p "c/x</script>$evil"
 touch a/more{1..602}.v {b,c}/"$evil.v" "c/x</script>$evil/name7.v"
 cd "$work/home"
