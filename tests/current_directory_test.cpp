@@ -24,7 +24,7 @@ cwd /odd => Directory access failure ; calls => chdir /odd|access /odd|chdir /cw
 TEST_F(CurrentDirectory, APathThatDoesNotOwnTheProcessKeepsTheNameAsGiven) {
     const vpPath owner = vpCreatePath(0, "owner");
     run(R"(
-tree /cwd/sub/f.v /x/sub/g.v ; path - ; cwd sub => ; on => sub
+tree /cwd/sub/f.v /x/sub/g.v /y:/ ; path - ; cwd /y: => ; on => /y: ; forget ; cwd sub => ; on => sub
 calls => access sub|time sub|list sub
 cwd /none => Name is nonexistent or not a directory ; calls => access /none
 cwd '' => Failed to change current directory ; cwd /// => Failed to change current directory

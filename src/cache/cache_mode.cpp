@@ -57,7 +57,6 @@ FoundNode LookUp(const vpPath& path, const char* name) {
     ++mode.dirLookupRequests;
     if (!IsUnderPrefix(path, name)) return {};
     FoundNode found{mode.loaded};
-    if (found.cache == nullptr) return {};
     const std::span<const uint32_t> numbers =
         found.cache->index(IsCaseSensitive(path)).find(name + found.cache->prefix().size());
     const bool isInUse = mode.loaded == found.cache;  // still; the last hit is of the one in use
