@@ -133,10 +133,14 @@ TEST_F(CacheTest, WritesWholeFilesOrAnswersFalse) {
         list += ":/i/toolbox/" + name;
         elements += "1D" + name + " 2Ff.v 1/ ";
     }
+    elements += "1Dmany ";
+    for (int i = 0; i < 40; ++i) {
+        host.add({"/i/toolbox/many/" + std::to_string(i)});
+        elements += "2F" + std::to_string(i) + " ";
+    }
     run("terminate ; path - /i/toolbox");
-    vpAddDirsString(path, list.c_str(), vpAddAtEnd);
-    elements.pop_back();
-    EXPECT_EQ(written(), lines(elements));
+    vpAddDirsString(path, (list + ":/i/toolbox/many").c_str(), vpAddAtEnd);
+    EXPECT_EQ(written(), lines(elements + "1/"));
     // A callback takes away what is being written.
     for (const std::string act : {"remove /i/toolbox/d", "removepath"}) {
         run("terminate ; tree /i/toolbox/d/+p/+q/@C/f ; words 0");
@@ -436,6 +440,9 @@ TEST_F(CacheTest, GoesFromStateToState) {
               "Error occurred loading: /no\nCache file ignored.\n");
     diagnose(false, false);
     EXPECT_EQ(useFile(nullptr), "Error occurred loading: \nCache file ignored.\n");
+    EXPECT_EQ(useFile("/"),
+              "Encountered unexpected end-of-file (line 0) while loading toolbox cache.\n"
+              "Error occurred loading: /\nCache file ignored.\n");
     EXPECT_EQ(useFile(file.c_str(), nullptr), failure());
     EXPECT_EQ(useFile(file.c_str(), std::string(4088, 'r').c_str()), failure());
     vpUseToolboxCache(vpPath(), file.c_str(), "/i", false);

@@ -26,6 +26,7 @@ files F:any.v f v => 1:/cwd/f.v 1:/a/f.v ; files F:NULL f v cs0 => 1:/cwd/f.v 1:
 files F:/a/any.v f v => 1:/a/private/f.v 1:/cwd/f.v 1:/a/f.v
 files N:/none f => null ; files N f => null ; files N:NULL f cs0 => null
 any D:/a '' => *:/a/f.p *:/a/f.v *:/a/foo.v ; dirs D:/a // => 1:/a/+p 1:/a/@c.d 1:/a/@foo 1:/a/private
+tree /f ; add / ; files A @f => ; files A f/f => ; remove / ; forget
 open O f v,p ; bounded => 0: ; next => 1:/a/f.v ; bounded => 2:/a/f.p ; bounded => 0: ; bounded => 0:
 next => 2:/b/f.p ; bounded => 0: ; next => ; bounded => 0: ; rest => ; calls => ; printed =>)");
 }
