@@ -39,7 +39,9 @@ size_t MakeInput(unsigned seed, const std::string& alphabet, std::vector<uint8_t
     if (LLVMFuzzerCustomMutator == nullptr) {
         const size_t size = theRandom.below(600);
         std::generate_n(bytes.begin(), size, [&] {
-            return static_cast<uint8_t>(alphabet[theRandom.below(alphabet.size())]);
+            return static_cast<uint8_t>(alphabet.empty()
+                                            ? theRandom.below(256)
+                                            : alphabet[theRandom.below(alphabet.size())]);
         });
         return size;
     }
@@ -63,13 +65,6 @@ void RunRandom(unsigned first, unsigned count, const std::string& alphabet) {
     }
 }
 
-std::string AllBytes() {
-    std::string all(256, '\0');
-    std::generate(all.begin(), all.end(),
-                  [byte = 0]() mutable { return static_cast<char>(byte++); });
-    return all;
-}
-
 }  // namespace
 
 // libFuzzer's for its own builds; here one byte changes, comes or goes.
@@ -90,7 +85,7 @@ extern "C" size_t LLVMFuzzerMutate(uint8_t* data, size_t size, size_t maxSize) {
 int main(int argc, char** argv) {
     if (argc >= 4 && std::string(argv[1]) == "--random") {
         RunRandom(static_cast<unsigned>(std::stoul(argv[2])),
-                  static_cast<unsigned>(std::stoul(argv[3])), argc > 4 ? argv[4] : AllBytes());
+                  static_cast<unsigned>(std::stoul(argv[3])), argc > 4 ? argv[4] : "");
         return 0;
     }
     int replayed = 0;
