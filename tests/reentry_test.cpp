@@ -296,6 +296,26 @@ TEST_F(Reentry, MemoryThatIsExhausted) {
     }
 }
 
+TEST_F(Reentry, AnswersWhenThereIsNoMemoryAtAll) {
+    reopen();
+    run("unknown ; unfreeze /a");
+    vpTimeStamp_tag stamp{};
+    TheLedger().failsOn = true;
+    TheLedger().failAt = 1;
+    EXPECT_FALSE(vpSetDirChanged(path, "/a") || vpGetTimeStamp(path, "/a/f.v", &stamp) ||
+                 vpReplacePath(path, "/b") || vpIsFileClassdef(path, "/a/f.v") ||
+                 vpWritePathToCacheFile(path, CacheFile()));
+    const std::string failed = step("cwd /new");
+    const vpDir null = vpGetNullDir(path);
+    for (const vpDir& answer : {vpAddDir(path, "/b", vpAddAtEnd), vpFindDirFullName(path, "/a"),
+                                vpSetFullnameChanged(path, "/a/f.v")}) {
+        EXPECT_TRUE(vpIsSameDir(answer, null));
+    }
+    TheLedger().failAt = 0;
+    EXPECT_EQ(failed, "Failed to change current directory");
+    checkContents();
+}
+
 // Searches by name and without, ended before their path and after it.
 TEST_F(Reentry, OpenSearchesPastTheirPath) {
     for (const std::string search : {"A f", "O ''"}) {
@@ -318,8 +338,10 @@ TEST_F(Reentry, ADirectoryThatIsBeingReadIsOnlyMarked) {
     host.onCall = [&](const std::string& call) {
         if (call != "list /a" && call != "isdir /a/@C") return;
         ++inside;
+        host.takeCalls();
         vpRefreshDirectory(dir("/a"), vpRefreshAlways);
         vpRefreshAllDirectories(path, vpRefreshUnlessFrozen);
+        EXPECT_EQ(host.takeCalls("list"), "/cwd rel") << "nor what is beneath it";
     };
     vpRefreshDirectory(dir("/a"), vpRefreshAlways);
     host.onCall = nullptr;
