@@ -125,6 +125,13 @@ TEST_F(CacheTest, WritesWholeFilesOrAnswersFalse) {
         EXPECT_FALSE(vpWritePathToCacheFile(path, name)) << name;
     }
     EXPECT_FALSE(vpWritePathToCacheFile(vpPath(), file.c_str()));
+    const auto openFiles = [] {
+        const std::filesystem::directory_iterator all("/proc/self/fd");
+        return std::distance(begin(all), end(all));
+    };
+    const auto before = openFiles();
+    EXPECT_EQ(written(), lines("1Da 2Ff.v 1/"));
+    EXPECT_EQ(openFiles(), before);
     // More than is written at once.
     std::string list, elements;
     for (int i = 0; i < 200; ++i) {

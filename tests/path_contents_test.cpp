@@ -75,7 +75,7 @@ tryadd /a => warning: Directory permission denied: /a ; kept A => dead /a ; on =
     run("remove /b");
     EXPECT_EQ(NameOf(vpGetNextPathDir(b)), "") << "not on the path any more";
     run(R"(
-add /b ; frozen /b => no ; access /a 1 ; replace :/a::/b/;/a:/c => yes ; same A /a => yes
+add /b ; frozen /b => no ; access /a 1 ; replace //:/a:/b => no ; replace :/a::/b/;/a:/c => yes ; same A /a => yes
 messages => warning: Duplicate directory name: /a ; files A f => *:/a/f *:/b/f *:/c/f)");
     // One that stops keeps what it did not reach, and searches follow the order that comes of it.
     const std::string rest = std::string(4097, 'l') + ":/new";

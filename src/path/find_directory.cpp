@@ -29,8 +29,7 @@ void ForEachCut(std::string_view fullName, Take take) {
     std::string_view base = fullName;
     while (true) {
         const size_t slash = base.rfind('/');
-        if (slash == std::string_view::npos || slash + 1 == base.size()) return;
-        if (!IsSpecialComponent(base.substr(slash + 1))) return;
+        if (slash == std::string_view::npos || !IsSpecialComponent(base.substr(slash + 1))) return;
         base = fullName.substr(0, slash == 0 ? 1 : slash);
         take(base, fullName.substr(slash + 1));
     }
