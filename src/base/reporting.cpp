@@ -59,8 +59,10 @@ void ReportWarning(const char* format, const char* argument) {
         return;
     }
     const HkBlock<char> cut(static_cast<char*>(hkCalloc(kKeptOfLongArgument + sizeof "...", 1)));
-    hkOutOfMemoryCheck(cut.get());
-    if (cut == nullptr) return;
+    if (cut == nullptr) {
+        ReportOutOfMemory();
+        return;
+    }
     std::memcpy(cut.get(), argument, kKeptOfLongArgument);
     std::memcpy(cut.get() + kKeptOfLongArgument, "...", sizeof "...");
     Report(channel, format, cut.get());
