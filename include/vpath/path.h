@@ -541,7 +541,8 @@ VP_EXPORT void vpEnableToolboxCacheDiagnosticTrace(bool on);
 // preferred.
 
 // Whether the file of that full name declares a class. Called once for each file with the extension
-// v or p whose listing did not say; the answer is remembered until the directory is read again.
+// v or p of which its first listing did not say; what is known is forgotten when the directory, if
+// it is no private one, is read again.
 using vpIsClassFcn = bool (*)(const char*);
 VP_EXPORT void vpSetIsClassFcn(vpIsClassFcn isClass);  // null removes it: undecided files are none
 
