@@ -16,10 +16,30 @@ struct SearchMode {
     bool admits(ChildList list) const { return ((lists >> static_cast<unsigned>(list)) & 1U) != 0; }
 };
 
-inline constexpr SearchMode kFindFiles{7, 1};
-inline constexpr SearchMode kFindDirs{1904, 30};
-inline constexpr SearchMode kFindSubDirs{143, 16};
-inline constexpr SearchMode kFindFilesAndSubDirs{137, 17};
+template <class... Places>
+constexpr uint32_t MaskOf(Places... places) {
+    return ((1U << static_cast<unsigned>(places)) | ...);
+}
+
+inline constexpr SearchMode kFindFiles{
+    MaskOf(NameCategory::kFileInPathDir, NameCategory::kFileInPrivateDir,
+           NameCategory::kFileElsewhere),
+    MaskOf(ChildList::kFiles)};
+inline constexpr SearchMode kFindDirs{
+    MaskOf(NameCategory::kPrivateDir, NameCategory::kPackageInPathDir,
+           NameCategory::kClassInPathDir, NameCategory::kPackageElsewhere,
+           NameCategory::kClassElsewhere, NameCategory::kPathDir),
+    MaskOf(ChildList::kPackages, ChildList::kClasses, ChildList::kPrivate, ChildList::kSubDirs)};
+// Files are not answered, but gone past.
+inline constexpr SearchMode kFindSubDirs{
+    MaskOf(NameCategory::kFileInPathDir, NameCategory::kFileInPrivateDir,
+           NameCategory::kFileElsewhere, NameCategory::kSubDirInPathDir,
+           NameCategory::kSubDirElsewhere),
+    MaskOf(ChildList::kSubDirs)};
+inline constexpr SearchMode kFindFilesAndSubDirs{
+    MaskOf(NameCategory::kFileInPathDir, NameCategory::kSubDirInPathDir,
+           NameCategory::kSubDirElsewhere),
+    MaskOf(ChildList::kFiles, ChildList::kSubDirs)};
 
 enum class SearchScope : uint8_t {
     kAll = 1,       // every directory of the path, all places where a name may stand

@@ -209,12 +209,17 @@ class Searches : public Contents {
   private:
     // What each retrieving call admits: places in the name table, lists of a directory.
     static bool TakesPlace(Want want, int category) {
-        constexpr int kMasks[] = {7, 137, 143, 1904};
-        return (kMasks[want] >> category & 1) != 0;
+        static const std::set<int> places[] = {
+            {0, 1, 2}, {0, 3, 7}, {0, 1, 2, 3, 7}, {4, 5, 6, 8, 9, 10}};
+        return places[want].count(category) != 0;
     }
     static bool TakesList(Want want, int kind) {
-        constexpr int kMasks[] = {1, 17, 16, 30};
-        return (kMasks[want] >> kind & 1) != 0;
+        static const std::set<int> lists[] = {
+            {Node::kFile},
+            {Node::kFile, Node::kPlain},
+            {Node::kPlain},
+            {Node::kPackage, Node::kClass, Node::kPrivate, Node::kPlain}};
+        return lists[want].count(kind) != 0;
     }
 
     // Whether anything has the name; a search that is opened when nothing has finds nothing ever.
