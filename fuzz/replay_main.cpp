@@ -83,7 +83,8 @@ extern "C" size_t LLVMFuzzerMutate(uint8_t* data, size_t size, size_t maxSize) {
 }
 
 int main(int argc, char** argv) {
-    if (argc >= 4 && std::string(argv[1]) == "--random") {
+    if (argc > 1 && std::string(argv[1]) == "--random") {
+        if (argc < 4) return 2;
         RunRandom(static_cast<unsigned>(std::stoul(argv[2])),
                   static_cast<unsigned>(std::stoul(argv[3])), argc > 4 ? argv[4] : "");
         return 0;

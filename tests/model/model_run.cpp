@@ -177,7 +177,13 @@ int main(int argc, char** argv) {
     theTrace = static_cast<Trace*>(
         mmap(nullptr, sizeof(Trace), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0));
     std::map<std::string, long> options = {{"--seed", 1}, {"--steps", 0}, {"--seconds", 0}};
-    for (int at = 1; at + 1 < argc; at += 2) options[argv[at]] = std::atol(argv[at + 1]);
+    for (int at = 1; at < argc; at += 2) {
+        if (options.count(argv[at]) == 0 || at + 1 == argc) {
+            std::fprintf(stderr, "usage: %s [--seed S] [--steps N] [--seconds N]\n", argv[0]);
+            return 2;
+        }
+        options[argv[at]] = std::atol(argv[at + 1]);
+    }
     const auto seed = static_cast<unsigned>(options["--seed"]);
     const auto seconds = static_cast<double>(options["--seconds"]);
     if (IsWell([&] { return RunSeeds(seed, options["--steps"], seconds); })) return 0;
