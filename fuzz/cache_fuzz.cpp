@@ -48,6 +48,7 @@ extern "C" size_t LLVMFuzzerCustomMutator(uint8_t* data, size_t size, size_t max
                                           unsigned seed) {
     if (seed % 8 == 0) return LLVMFuzzerMutate(data, size, maxSize);
     const std::string file = CacheMutator({data, data + size}, seed).mutate();
+    if (file.size() > maxSize) return size;
     return file.copy(reinterpret_cast<char*>(data), maxSize);
 }
 

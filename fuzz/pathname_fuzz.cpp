@@ -28,6 +28,9 @@ void Joining(const std::string& dir, const std::string& name) {
     Room inPlace(dir.size() + name.size() + 2, dir);
     vpConcatPathName(inPlace, name.c_str());
     CHECK(std::strcmp(joined, inPlace) == 0);
+    Room subdir(dir.size() + name.size() + 2, dir);
+    vpConcatPathSubdir(subdir, name.c_str());
+    CHECK(std::strcmp(joined, subdir) == 0);
     Room last(dir.size() + 2);
     CHECK(dir.find(vpExtractSubdir(last, dir.c_str())) != std::string::npos);
     Room path(dir.size() + 1, dir);
@@ -57,6 +60,13 @@ void Normalising(const std::string& name) {
     Room own(name.size() + 1, name);
     Room expanded(name.size() + 4096);
     vpTildeExpansion(expanded, own);
+    // Relative names that exist are rare: ".", "./." and their like.
+    Room full(4096);
+    if (vpFullPath(full, name.c_str(), 4096) != nullptr && !vpIsAbsolutePath(name.c_str())) {
+        CHECK(*static_cast<char*>(full) == '/');
+    }
+    for (const char& c : name) CHECK(vpIsPathNameSep(name.c_str(), &c) == (c == '/'));
+    CHECK(!vpIsWinPathRemote(name.c_str()));
 }
 
 void Qualifying(const std::string& name, size_t size) {
