@@ -25,7 +25,9 @@ tree /a/f.v /a/@C/f.v /a/private/f.v /b/f.v /b/@C/f.v /c/f.v /c/f.p /d/f.v rel/f
 path /a:rel
 )");
         vpRegisterPathInterest(path, FakeHost::secondListener);
+        vpSetIsClassFcn(FakeHost::isClass);
     }
+    ~Reentry() override { vpSetIsClassFcn(nullptr); }
     // Runs `action` inside the `nth` callback or event from here on.
     void atCall(long nth, std::function<void()> action) {
         callsLeft_ = nth;
@@ -80,7 +82,7 @@ std::vector<Work> Calls() {
         vpSetMessageFcns(FakeHost::onError, FakeHost::onWarning, FakeHost::onInfo);
         vpReturnEnvironmentFcns(vpGetEnvironmentFcns());
         vpDiagnostics(0);
-        vpSetIsClassFcn(nullptr);
+        vpSetIsClassFcn(FakeHost::isClass);
     };
     const auto registry = [](Reentry& test) {
         const vpPath other = vpCreatePath(0, "other");
@@ -200,7 +202,8 @@ std::vector<Work> AllWorks() {
           "replace /c:rel:/a", "replace ''",   "prune",        "hide 1",         "freeze /a",
           "unfreeze /a",       "refresh /a 2", "refresh /a 3", "refreshall 1",   "refreshall 3",
           "mark /a/@New",      "files A ''",   "dirs V:/a f",  "any A f verify", "next",
-          "open A f",          "one A f",      "one V:/a f"}) {
+          "open A f",          "one A f",      "one V:/a f",   "walk class C",   "walk classes /a",
+          "walk packages /a",  "frozen /a"}) {
         works.push_back({step, [step](Reentry& test) { test.step(step); }});
     }
     for (const std::string rule : {"", " cs1"}) {

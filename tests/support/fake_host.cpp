@@ -196,6 +196,11 @@ bool FakeHost::isReadable(const char* name) {
     return host.exists(name) && host.denied.count(name) == 0;
 }
 
+bool FakeHost::isClass(const char* name) {
+    noteCall("isclass", name);
+    return true;
+}
+
 bool FakeHost::isDir(vpPath, const char* name) {
     FakeHost& host = noteCall("isdir", name);
     const auto answer = host.directoryAnswers.find(name);

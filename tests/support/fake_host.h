@@ -65,6 +65,7 @@ class FakeHost {
     static bool isDir(vpPath path, const char* name);
     static long modificationTime(vpPath path, const char* name);
     static int changeDir(const char* name);
+    static bool isClass(const char* name);  // every file is
     static void onError(const char* text) { say("error: ", text); }
     static void onWarning(const char* text) { say("warning: ", text); }
     static void onInfo(const char* text) { say("info: ", text); }
