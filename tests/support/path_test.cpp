@@ -9,6 +9,14 @@
 
 #include <vpath/pathname.h>
 
+#include "support/check_invariants.h"
+
+void CheckTable(const vpPath& path) {
+    if (path.get() != nullptr) {
+        EXPECT_EQ(CheckInvariants(*path.get()), "");
+    }
+}
+
 std::string OnPath(const vpPath& path) {
     std::string names;
     for (vpDir at = vpGetNextPathDir(vpGetNullDir(path)); vpGetDirType(at) != vpDirTypeNone;
