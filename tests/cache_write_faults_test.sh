@@ -67,13 +67,15 @@ rm -rf files
 mkdir files
 cp old files/cache
 for call in $(strace -f -c "${write[@]}" 2>&1 > out |
-    awk '$NF ~ /^(write|writev|pwrite64|fsync|fdatasync|fchmod|ftruncate|rename|renameat|renameat2|link|linkat|unlink|unlinkat)$/ { print $NF }'); do
+    awk '$NF ~ /^(write|writev|pwrite64|fsync|fdatasync|fchmod|fchown|ftruncate|rename|renameat|renameat2|link|linkat|unlink|unlinkat)$/ { print $NF }'); do
     each_call "$call" error=EIO
     each_call "$call" signal=KILL
 done
 each_call write error=ENOSPC
 each_call write retval=1
 each_call openat error=EMFILE
+each_call openat signal=KILL
+each_call close error=EIO
 each_call getdents64 error=EIO
 
 # What may not be read is left out, and said; what cannot be read just now stops the write.
