@@ -17,7 +17,7 @@ namespace {
 
 bool IsSpecialComponent(std::string_view component) {
     if (component.empty()) return false;
-    const bool marked = component.front() == '@' || component.front() == '+';
+    const bool marked = IsMark(component.front());
     return marked ? component.size() > 1 : IsPrivateName(component);
 }
 
@@ -40,7 +40,7 @@ using Directories = HkVector<PathAllDirItemInfo*>;
 // Adds the special directories in `parent` that `component` names under the path's case rule.
 void AddMatches(PathMgr& path, PathAllDirItemInfo& parent, std::string_view component,
                 Directories& matches) {
-    const bool marked = component.front() == '@' || component.front() == '+';
+    const bool marked = IsMark(component.front());
     const std::string_view name = marked ? component.substr(1) : component;
     const auto addIfNamed = [&](PathAllDirItemInfo* directory) {
         if (SameName(directory->baseName(), name, path.caseSensitive)) matches.push_back(directory);
@@ -116,7 +116,7 @@ PathAllDirItemInfo* FindDirectoryAbove(PathMgr& path, std::string_view fullName)
     std::string_view unknown = fullName.substr(fullName.size() - nearest.remaining);
     while (!unknown.empty()) {
         const std::string_view component = LastComponent(unknown);
-        const bool marked = component.front() == '@' || component.front() == '+';
+        const bool marked = IsMark(component.front());
         if (!marked && !SameName(component, "private", path.caseSensitive)) return nullptr;
         unknown = DirectoryPart(unknown);
     }

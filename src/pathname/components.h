@@ -18,6 +18,9 @@ inline std::string_view DirectoryPart(std::string_view fileName) {
     return fileName.substr(0, slash == 0 ? 1 : slash);
 }
 
+// Whether a component that begins so may be that of a class ('@') or package ('+') directory.
+constexpr bool IsMark(char first) { return first == '@' || first == '+'; }
+
 // Whether a component is the name of a private directory, "private" in any case.
 inline bool IsPrivateName(std::string_view lastComponent) {
     constexpr std::string_view kPrivate = "private";

@@ -8,8 +8,6 @@
 
 namespace {
 
-bool IsMark(char c) { return c == '@' || c == '+'; }
-
 bool IsSame(char a, char b, bool caseSensitive) {
     return caseSensitive ? a == b : FoldedByte(a) == FoldedByte(b);
 }

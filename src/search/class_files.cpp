@@ -17,7 +17,9 @@
 #include "path/handle_check.h"
 #include "path/path_mgr.h"
 #include "pathname/compare.h"
+#include "pathname/components.h"
 #include "pathname/text.h"
+#include "search/extension_list.h"
 
 namespace {
 
@@ -74,8 +76,7 @@ class ClassFileSearch {
     bool isLeftOut(const PathItemInfo& item) const {
         const PathDirItemInfo* const current = path_.contents.directories.current();
         if (current == nullptr || item.topDir() != current) return false;
-        const char first = *current->baseName();
-        return first == '@' || first == '+';
+        return IsMark(*current->baseName());
     }
 
     bool isNamed(const PathItemInfo& item, std::string_view name) const {
@@ -86,7 +87,7 @@ class ClassFileSearch {
     size_t rankOf(const PathFileItemInfo& file) const {
         size_t rank = 0;
         for (size_t i = 0; extensions_ != nullptr && extensions_[i] != nullptr; ++i) {
-            const char* const wanted = extensions_[i] + (extensions_[i][0] == '.' ? 1 : 0);
+            const char* const wanted = WithoutDot(extensions_[i]);
             const bool same = SameName(TextOf(file.getExtension()), wanted, path_.caseSensitive);
             if (same) rank = i + 1;
         }

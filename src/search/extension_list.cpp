@@ -27,7 +27,7 @@ void* CopyList(const char* const* extensions) {
 unsigned int AcceptedAt(const char* const* entries, const char* extension, const char* given,
                         bool caseSensitive) {
     for (unsigned int i = 0; entries[i] != nullptr; ++i) {
-        const char* const entry = entries[i] + (entries[i][0] == '.' ? 1 : 0);
+        const char* const entry = WithoutDot(entries[i]);
         const char* const wanted = *entry != '\0' || given == nullptr ? entry : given;
         if (CompareNames(wanted, extension, caseSensitive) == 0) return i + 1;
     }

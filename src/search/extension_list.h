@@ -3,6 +3,9 @@
 
 #include "base/memory.h"
 
+// An extension as a list spells it, with or without a leading dot, without it.
+inline const char* WithoutDot(const char* listed) { return listed + (*listed == '.' ? 1 : 0); }
+
 class ExtensionList {
   public:
     // The value that stands for "no list".

@@ -12,8 +12,9 @@ namespace {
 
 using enum NameCategory;
 
-// The order of precedence. A plain name is looked for among the files of the path before anything
-// that lies deeper; a visible name reaches nothing that lies deeper; a method name nothing else.
+// In which order the lists come. A plain name is looked for among the files of the path before
+// anything that lies deeper; a visible name reaches nothing that lies deeper; a method name nothing
+// else.
 constexpr NameCategory kOrderAll[] = {
     kFileInPathDir,    kFileElsewhere,  kFileInPrivateDir, kSubDirInPathDir,
     kPackageInPathDir, kClassInPathDir, kSubDirElsewhere,  kPackageElsewhere,

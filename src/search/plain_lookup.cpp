@@ -3,6 +3,7 @@
 #include "dir/path_dir_item.h"
 #include "path/path_mgr.h"
 #include "pathname/compare.h"
+#include "pathname/components.h"
 #include "pathname/folded_name.h"
 
 namespace {
@@ -28,7 +29,7 @@ struct PlainName {
 
   private:
     static bool SaysMore(char first) {
-        return first == '\0' || first == '~' || first == '@' || first == '+' || first == '/';
+        return first == '\0' || first == '~' || first == '/' || IsMark(first);
     }
 
     static constexpr std::ptrdiff_t kLongest = 128;

@@ -5,6 +5,7 @@
 
 #include "base/memory.h"
 #include "base/reporting.h"
+#include "pathname/components.h"
 #include "pathname/normalize.h"
 #include "pathname/text.h"
 
@@ -31,7 +32,7 @@ SearchName::SearchName(NormalizedSearchName normalized) {
     char* const text = takeCopy(normalized);
     cutExtension(text, normalized.length);
     cutDirectory(text);
-    if (*base_ == '@' || *base_ == '+') mark_ = *base_++;
+    if (IsMark(*base_)) mark_ = *base_++;
     baseLength_ = std::strlen(base_);
 }
 
