@@ -7,10 +7,18 @@ namespace {
 using Texts = std::vector<std::string>;
 
 // What "$X" stands for: one of these. Those that are not here depend on what there is.
+//
+// Steps: 0 at first, 1 any later one; d the disk changes, t and its time with it, p the path
+// changes, r refreshes, marks and freezing, s searches, o handles, walks and listeners, f a file
+// becomes a directory, u a file becomes unreadable, x the case rule changes. Of a search: S all of
+// it, k its kind, q the name, v extensions and readability, c the case rule, n what is asked of it.
+// Pieces of names: P directory part, M mark, b base, e extension, N an entry, X a listed extension.
+// Directories: R that may be added, C current ones, Z any; L path strings. A what a path is made
+// with, B a listener, H a kept handle, T a type of refresh.
 const std::map<char, Texts> kGrammar = {
     {'0',
      {"tree $R/", "tree $R/$N", "tree $R/$N", "tree $R/@a/$N", "tree $R/+b/$N", "tree $R/+b/@a/$N",
-      "tree $R/private/$N", "tree $R/+b/private/$N"}},  // at first
+      "tree $R/private/$N", "tree $R/+b/private/$N"}},
     {'1', {"$d", "$d", "$d", "now $W", "$p", "$p", "$r", "$r", "$s", "$s", "$s", "$s", "$o"}},
     {'d',
      {"tree $E/$N ; $t", "tree $E/$N ; $t", "tree $E/$N", "rm $F ; $t", "rm $F ; $t", "rm $F",
