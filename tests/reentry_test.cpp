@@ -353,6 +353,24 @@ TEST_F(Reentry, ADirectoryThatIsBeingReadIsOnlyMarked) {
     run("holds /a => f.v | | @C private");
 }
 
+// A relative directory leads elsewhere while it is read, after a directory in it was: all of it is
+// out of date, be it frozen or not.
+TEST_F(Reentry, TheCurrentDirectoryChangesWhileARelativeOneIsRead) {
+    for (const std::string root : {"-", "rel"}) {
+        vpTerminate();
+        host.reset();
+        host.words = false;
+        run("tree /cwd/rel/@A/old /cwd/rel/@B/ /new/rel/@A/new");
+        run(("path - " + root).c_str());
+        host.onCall = [this](const std::string& call) {
+            if (call == "isdir rel/@B") step("cwd /new");
+        };
+        run("add rel => rel");
+        host.onCall = nullptr;
+        run("refreshall 4 => rel rel/@A ; holds rel => | | @A ; holds rel/@A => new | |");
+    }
+}
+
 // A new directory comes first; its listener reads the list of a name before the others have moved.
 TEST_F(Reentry, OrderReadBeforeAReplacementMovesWhatStays) {
     run("tree /a/f.v /b/f.v /n/f.v ; path /a:/b ; files A f");
