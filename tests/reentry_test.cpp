@@ -314,6 +314,11 @@ TEST_F(Reentry, AnswersWhenThereIsNoMemoryAtAll) {
                                 vpSetFullnameChanged(path, "/a/f.v")}) {
         EXPECT_TRUE(vpIsSameDir(answer, null));
     }
+    TheLedger().failsOn = false;
+    for (long nth = 1; nth < 9; ++nth) {
+        TheLedger().failAt = nth;
+        EXPECT_FALSE(vpSetDirChanged(path, "/a/@C"));
+    }
     TheLedger().failAt = 0;
     EXPECT_EQ(failed, "Failed to change current directory");
     checkContents();
@@ -351,6 +356,26 @@ TEST_F(Reentry, ADirectoryThatIsBeingReadIsOnlyMarked) {
     EXPECT_EQ(inside, 2);
     EXPECT_EQ(step("refreshall 4").substr(0, 2), "/a") << "by the next refresh";
     run("holds /a => f.v | | @C private");
+}
+
+TEST_F(Reentry, NamesAreFoundWhileTheirDirectoryIsRead) {
+    host.words = false;
+    run("tree /a/f ; path -");
+    for (int i = 0; i < 30; ++i) {
+        const std::string number = std::to_string(i);
+        host.add({"/a/f" + number, "/a/g" + number, "/a/@k" + number});
+    }
+    int known = 0;
+    host.onCall = [&](const std::string& call) {
+        if (call != "isdir /a/@k" + std::to_string(known)) return;
+        for (int i = known++; i >= 0; --i) {
+            for (const std::string& name : {"f" + std::to_string(i), "g" + std::to_string(i)})
+                EXPECT_EQ(step("files D:/a " + name), "*:/a/" + name);
+        }
+    };
+    run("add /a => /a");
+    host.onCall = nullptr;
+    EXPECT_EQ(known, 30);
 }
 
 // A relative directory leads elsewhere while it is read, after a directory in it was: all of it is
