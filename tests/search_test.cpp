@@ -31,6 +31,16 @@ open O f v,p ; bounded => 0: ; next => 1:/a/f.v ; bounded => 2:/a/f.p ; bounded 
 next => 2:/b/f.p ; bounded => 0: ; next => ; bounded => 0: ; rest => ; calls => ; printed =>)");
 }
 
+// What a re-read drops is not answered any more; what stays is, once.
+TEST_F(Search, GoesOnInADirectoryThatIsReadAgain) {
+    run(R"(
+tree /c/1 /c/2 /c/3 /c/4 /c/p/ /c/q/ /c/r/ /c/@A/x /c/@B/x /c/@C/x ; add /c
+open D:/c '' ; next => *:/c/1 ; next => *:/c/2 ; rm /c/1 ; rm /c/2 ; rm /c/p ; refresh /c 3 ; rest => *:/c/3 *:/c/4
+open D:/c '' ; next 2 => *:/c/q ; rm /c/q ; rm /c/3 ; refresh /c 3 ; next 2 => *:/c/r ; next 2 =>
+open D:/c '' ; next 3 => 1:/c/@A ; rm /c/@A ; rm /c/4 ; refresh /c 3 ; next 3 => 1:/c/@B ; next 3 => 1:/c/@C ; next 3 =>
+open D:/a '' v ; next => 1:/a/f.v ; bounded => 1:/a/foo.v)");
+}
+
 // Full names of all lengths around the one from which they take memory.
 TEST_F(Search, NamesThatJustFit) {
     for (size_t length = 508; length < 516; ++length) {
