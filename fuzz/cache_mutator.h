@@ -27,7 +27,7 @@ class CacheMutator {
         const size_t at = between(1, pieces_.size() - 1);  // before the last, which ends the file
         const size_t choice = below(48);
         if (choice < 12) {  // what follows, or nothing, comes to stand in a directory
-            insert(at, {"<D name=\"" + name(below(2) == 0 ? kDirectories : kNames) + "\">"});
+            insert(at, {"<D name=\"" + name(0, below(2) == 0 ? kDirectories : kNames) + "\">"});
             insert(between(at + 1, pieces_.size() - 1), {"</D>"});
         } else if (choice < 16) {
             insert(at, elementAt(between(1, pieces_.size() - 1)));
@@ -51,20 +51,21 @@ class CacheMutator {
     size_t below(size_t limit) { return random_() % limit; }
     size_t between(size_t least, size_t end) { return least + below(end - least + 1); }
 
-    // Of the first so many; those of directories, some of which are asked for, come first.
+    // Those of directories, some of which are asked for, come first.
     static constexpr size_t kDirectories = 8;
     static constexpr size_t kNames = 26;
-    std::string name(size_t limit = kNames) {
+    std::string name(size_t first = 0, size_t end = kNames) {
         const char* const names[kNames - 1] = {
-            "a",   "b",   "a/c", "a/private", "a/@C", "a/+p", "a/+p/@C", "A",  "f.v",
-            "f.p", "F.V", "f",   "private",   "@C",   "+p",   "x.",      ".h", "a\\c",
-            "C.v", "C",   "C.p", "g.tar.gz",  "",     "+",    "@"};
-        const size_t choice = below(limit);
+            "a",   "b",   "a/c", "a/private", "a/@C",    "a/+p", "a/+p/@C", "a\\c", "A",
+            "f.v", "f.p", "F.V", "f",         "private", "@C",   "+p",      "x.",   ".h",
+            "C.v", "C",   "C.p", "g.tar.gz",  "",        "+",    "@"};
+        const size_t choice = between(first, end - 1);
         return choice == kNames - 1 ? std::string(4350 + below(5), 'n') : names[choice];
     }
     std::string item() {
         const char letter = "FCNUdDx"[below(70) < 64 ? below(5) : below(7)];
-        return std::string("<") + letter + " name=\"" + name() + "\"/>";
+        return std::string("<") + letter + " name=\"" + name(below(32) == 0 ? 0 : kDirectories) +
+               "\"/>";
     }
     // With all that is in it.
     std::vector<std::string> elementAt(size_t first) {
