@@ -357,6 +357,19 @@ TEST_F(Reentry, ADirectoryThatIsBeingReadIsOnlyMarked) {
     run("holds /a => f.v | | @C private");
 }
 
+// A first match that goes while it is asked for leaves the answer to the next.
+TEST_F(Reentry, TheFirstMatchGoesWhenItIsAskedFor) {
+    for (const std::string match : {"one A f verify", "files A f verify"}) {
+        vpTerminate();
+        run("tree /a/f /b/f ; path /a:/b");
+        host.onCall = [this](const std::string& call) {
+            if (call == "read /a/f") step("remove /a");
+        };
+        EXPECT_EQ(step(match), "*:/b/f");
+        host.onCall = nullptr;
+    }
+}
+
 TEST_F(Reentry, NamesAreFoundWhileTheirDirectoryIsRead) {
     host.words = false;
     run("tree /a/f ; path -");
