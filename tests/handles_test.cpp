@@ -16,6 +16,7 @@ TEST_F(Handles, PathHandlesCount) {
     copy.copy(assigned);
     emptied = static_cast<PathMgr*>(nullptr);
     EXPECT_TRUE(copy == raw && fromRaw == raw && assigned == raw && emptied == nullptr);
+    EXPECT_TRUE(copy == fromRaw && !(copy == emptied));
     EXPECT_EQ(static_cast<const PathMgr*>(copy), raw);
     vpRemovePath(path);
     EXPECT_EQ(vpPath(path.get()).get(), nullptr) << "removed";
