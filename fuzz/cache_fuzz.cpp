@@ -12,12 +12,11 @@ namespace {
 // A file in memory, by name.
 class MemoryFile {
   public:
-    explicit MemoryFile(const std::string& text) : file_(memfd_create("cache", 0)) {
-        CHECK(write(file_, text.data(), text.size()) == static_cast<ssize_t>(text.size()));
+    MemoryFile() : file_(memfd_create("cache", 0)) {}
+    void set(const std::string& text) const {
+        CHECK(ftruncate(file_, 0) == 0);
+        CHECK(pwrite(file_, text.data(), text.size(), 0) == static_cast<ssize_t>(text.size()));
     }
-    ~MemoryFile() { close(file_); }
-    MemoryFile(const MemoryFile&) = delete;
-    MemoryFile& operator=(const MemoryFile&) = delete;
     std::string text() const {
         std::string text(static_cast<size_t>(lseek(file_, 0, SEEK_END)), '\0');
         CHECK(pread(file_, text.data(), text.size(), 0) == static_cast<ssize_t>(text.size()));
@@ -58,22 +57,25 @@ bool HoldsNameWithSlash(const std::string& text) {
 extern "C" size_t LLVMFuzzerCustomMutator(uint8_t* data, size_t size, size_t maxSize,
                                           unsigned seed) {
     if (seed % 8 == 0) return LLVMFuzzerMutate(data, size, maxSize);
-    const std::string file = CacheMutator({data, data + size}, seed).mutate();
+    CacheMutator mutator({data, data + size}, seed);
+    for (unsigned left = seed % 8; left > 0; --left) mutator.mutate();
+    const std::string file = mutator.file();
     if (file.size() > maxSize) return size;
     return file.copy(reinterpret_cast<char*>(data), maxSize);
 }
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+    static const MemoryFile given;  // made once: most inputs take no longer than a file's making
+    static const MemoryFile written;
+    static const MemoryFile writtenAgain;
     FuzzedPath on("/i/toolbox");
-    const MemoryFile given({data, data + size});
+    given.set({data, data + size});
     vpUseToolboxCache(on.path, given.name().c_str(), "/i", false);
     if (!vpInToolboxCacheMode()) return 0;
     Fill(on.path);
     on.check();
     FuzzedPath::Drain(vpCreateAllSearch(on.path, nullptr, nullptr, vpReadCheckSkip), size + 1);
 
-    const MemoryFile written("");
-    const MemoryFile writtenAgain("");
     CHECK(vpWritePathToCacheFile(on.path, written.name().c_str()));
     vpUseToolboxCache(on.path, written.name().c_str(), "/i", false);
     CHECK(vpInToolboxCacheMode());

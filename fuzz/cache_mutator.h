@@ -23,7 +23,7 @@ class CacheMutator {
         if (pieces_.size() < 2) pieces_ = {"<L>", "</L>"};
     }
 
-    std::string mutate() {
+    void mutate() {
         const size_t at = between(1, pieces_.size() - 1);  // before the last, which ends the file
         const size_t choice = below(48);
         if (choice < 12) {  // what follows, or nothing, comes to stand in a directory
@@ -42,6 +42,9 @@ class CacheMutator {
         } else {
             insert(at, {item()});
         }
+    }
+
+    std::string file() const {
         std::string file;
         for (const std::string& piece : pieces_) file += piece;
         return file;

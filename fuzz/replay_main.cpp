@@ -46,7 +46,7 @@ size_t MakeInput(unsigned seed, const std::string& alphabet, std::vector<uint8_t
         return size;
     }
     size_t size = 0;
-    for (size_t left = theRandom.below(50); left > 0; --left) {
+    for (size_t left = theRandom.below(12); left > 0; --left) {
         const auto next = static_cast<unsigned>(theRandom.below(1U << 31U));
         size = LLVMFuzzerCustomMutator(bytes.data(), size, bytes.size(), next);
     }
