@@ -39,9 +39,8 @@ size_t MakeInput(unsigned seed, const std::string& alphabet, std::vector<uint8_t
     if (LLVMFuzzerCustomMutator == nullptr) {
         const size_t size = theRandom.below(600);
         std::generate_n(bytes.begin(), size, [&] {
-            return static_cast<uint8_t>(alphabet.empty()
-                                            ? theRandom.below(256)
-                                            : alphabet[theRandom.below(alphabet.size())]);
+            if (alphabet.empty()) return static_cast<uint8_t>(theRandom.below(256));
+            return static_cast<uint8_t>(alphabet[theRandom.below(alphabet.size())]);
         });
         return size;
     }
