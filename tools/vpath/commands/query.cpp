@@ -5,6 +5,7 @@
 #include <CLI/CLI.hpp>
 
 #include "loading/path_names.h"
+#include "options/not_empty.h"
 #include "output/exit_status.h"
 
 namespace {
@@ -21,8 +22,8 @@ void AddFromOptions(CLI::App& command, FromOptions& options) {
         command.add_option("--from", options.dir, "look from DIR: its private files come first");
     CLI::Option* file =
         command.add_option("--from-file", options.file, "look from the directory of FILE");
-    dir->option_text("DIR")->excludes(file);
-    file->option_text("FILE");
+    dir->option_text("DIR")->excludes(file)->check(NotEmpty);
+    file->option_text("FILE")->check(NotEmpty);
 }
 
 vpDir StartDirectory(const vpPath& path, const FromOptions& options) {

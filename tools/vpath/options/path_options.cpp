@@ -4,6 +4,8 @@
 
 #include <CLI/CLI.hpp>
 
+#include "options/not_empty.h"
+
 namespace {
 
 // Empty pieces count: they stand for a name's own extension, or none.
@@ -37,9 +39,13 @@ void AddPathOptions(CLI::App& app, PathOptions& options) {
     addSource("--recursive", PathSource::kTree, "add DIR and the directories below it")
         ->type_name("DIR");
 
-    app.add_option("--cwd", options.currentDirectory, "its current directory")->type_name("DIR");
-    app.add_option("--cache", options.cacheFile, "answer from a cache")->type_name("FILE");
-    app.add_option("--root", options.root, "where its toolbox is")->type_name("DIR");
+    const auto addName = [&](const char* name, std::string& value, const char* type,
+                             const char* help) {
+        app.add_option(name, value, help)->type_name(type)->check(NotEmpty);
+    };
+    addName("--cwd", options.currentDirectory, "DIR", "its current directory");
+    addName("--cache", options.cacheFile, "FILE", "answer from a cache");
+    addName("--root", options.root, "DIR", "where its toolbox is");
     AddExtensionOption(app, options);
     app.add_flag("--ignore-case", options.ignoreCase, "ignore case of names");
     app.add_flag("--stats", options.stats, "what the load cost");

@@ -13,6 +13,7 @@
 
 #include "command.h"
 #include "options/name_arguments.h"
+#include "options/not_empty.h"
 #include "output/console.h"
 #include "watch/burst.h"
 #include "watch/event_loop.h"
@@ -159,6 +160,7 @@ Command AddWatchCommand(CLI::App& app) {
     watch
         ->add_option("--poll", options->pollSeconds,
                      "look at the directories every SECONDS instead")
-        ->option_text("SECONDS");
+        ->option_text("SECONDS")
+        ->check(NotEmpty);
     return {watch, [options](Context& context) { return RunWatch(*options, context); }};
 }
