@@ -88,6 +88,8 @@ for shell in bash zsh fish; do
     expect "vpath which --color=" auto always never
     expect "vpath ls dir" "dir one"
     expect "vpath --root d" "dir one"
+    expect "vpath --path d" "dir one"
+    [ $shell != fish ] || expect "vpath --path=tree:d" "--path=tree:dir one"
     expect "vpath cache show f" file.txt
     expect "vpath report -o f" file.txt
     [ -z "$("offered_by_$shell" "vpath which f")" ] || fail "$shell: offers something for NAME"

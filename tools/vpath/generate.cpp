@@ -89,8 +89,9 @@ std::string FishValue(const ValueWord& value) {
         case ValueWord::kFile:
             return " -F";
         case ValueWord::kDirectory:
-        case ValueWord::kDirectoryList:
             return " -x -a '(__fish_complete_directories (commandline -ct))'";
+        case ValueWord::kDirectoryList:
+            return " -x -a '(__vpath_directories)'";
         case ValueWord::kWords:
             return " -x -a '" + Joined(value.words, " ") + "'";
         default:

@@ -27,6 +27,13 @@ function __vpath_at
     test "$(__vpath_given)" = "$argv[1]"
 end
 
+# The last directory of a list, behind those before it.
+function __vpath_directories
+    set -l list (string replace -r -- '^--[a-z-]+=' '' (commandline -ct))
+    set -l before "$(string match -r -- '^.*[:;]' $list)"
+    string join \n -- $before(__fish_complete_directories (string replace -r -- '^.*[:;]' '' $list))
+end
+
 complete -c vpath -f
 {{#commands}}
 {{#innerCommands}}
