@@ -4,6 +4,9 @@
 //   {{{name}}}             a value as it is
 //   {{#name}}...{{/name}}  once for each entry of a list; the values of the entry come before those
 //                          around it
+//
+// The marks are those of Mustache. The library for it that was tried leaves an empty line wherever
+// the end of a list stands on a line of its own, which scripts and manual pages would be full of.
 #pragma once
 
 #include <functional>
