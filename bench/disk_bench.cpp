@@ -36,13 +36,6 @@ std::shared_ptr<DiskTree> TreeOf(size_t directories, size_t filesEach = 100) {
     return last;
 }
 
-double InFreshProcess(const std::function<void(const vpPath&)>& work, size_t units) {
-    return InChild([&]() -> std::vector<double> {
-        const vpPath path = NewPath(kPosixHost);
-        return {Nanoseconds([&] { work(path); }) / static_cast<double>(units)};
-    })[0];
-}
-
 // A cache file of the tree, beside its root.
 std::string WriteCache(const DiskTree& tree, const std::string& list) {
     std::string name = tree.root + "/cache";

@@ -73,13 +73,6 @@ std::shared_ptr<RealTree> Tree() {
     return tree;
 }
 
-double InFreshProcess(const std::function<void(const vpPath&)>& work, size_t units) {
-    return InChild([&]() -> std::vector<double> {
-        const vpPath path = NewPath(kPosixHost);
-        return {Nanoseconds([&] { work(path); }) / static_cast<double>(units)};
-    })[0];
-}
-
 std::vector<Contender> Load() {
     const auto tree = Tree();
     const vpPath path = NewPath(kPosixHost);

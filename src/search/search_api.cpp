@@ -53,6 +53,17 @@ vpSearch* OpenOnPath(const vpPath& path, SearchScope scope, const Question& ques
         nullptr, [&] { return OpenSearch(RequestIn(*live, *live->nullDir, scope, question)); });
 }
 
+vpSearch* OpenVisible(const vpPath& path, PathAllDirItemInfo* (*find)(PathMgr&, const char*),
+                      const char* place, const Question& question) {
+    PathMgr* const live = LivePath(path);
+    if (live == nullptr) return nullptr;
+    return Guarded<vpSearch*>(nullptr, [&]() -> vpSearch* {
+        PathAllDirItemInfo* const from = PlaceOf(*live, find(*live, place));
+        if (from == nullptr) return nullptr;
+        return OpenSearch(VisibleRequest(*live, *from, question));
+    });
+}
+
 vpSearch* OpenInDir(const vpDir& dir, SearchScope scope, const Question& question) {
     PathAllDirItemInfo* const start = LiveDir(dir);
     if (start == nullptr) return nullptr;
@@ -156,13 +167,7 @@ vpSearch* vpCreateMethodSearch(vpPath path, const char* name, const char** exts,
 vpSearch* vpCreateDirnameVisibleSearchIterator(vpPath path, const char* dirName, const char* name,
                                                const char** exts, vpReadCheck rc,
                                                vpCaseSensitivity cs) {
-    PathMgr* const live = LivePath(path);
-    if (live == nullptr) return nullptr;
-    return Guarded<vpSearch*>(nullptr, [&]() -> vpSearch* {
-        PathAllDirItemInfo* const from = PlaceOf(*live, FindDirectoryByName(*live, dirName));
-        if (from == nullptr) return nullptr;
-        return OpenSearch(VisibleRequest(*live, *from, {name, exts, rc, cs}));
-    });
+    return OpenVisible(path, FindDirectoryByName, dirName, {name, exts, rc, cs});
 }
 
 vpSearch* vpCreateDirnameVisibleSearch(vpPath path, const char* dirName, const char* name,
@@ -173,13 +178,7 @@ vpSearch* vpCreateDirnameVisibleSearch(vpPath path, const char* dirName, const c
 vpSearch* vpCreateFilenameVisibleSearchIterator(vpPath path, const char* fileName, const char* name,
                                                 const char** exts, vpReadCheck rc,
                                                 vpCaseSensitivity cs) {
-    PathMgr* const live = LivePath(path);
-    if (live == nullptr) return nullptr;
-    return Guarded<vpSearch*>(nullptr, [&]() -> vpSearch* {
-        PathAllDirItemInfo* const from = PlaceOf(*live, FindDirectoryOfFile(*live, fileName));
-        if (from == nullptr) return nullptr;
-        return OpenSearch(VisibleRequest(*live, *from, {name, exts, rc, cs}));
-    });
+    return OpenVisible(path, FindDirectoryOfFile, fileName, {name, exts, rc, cs});
 }
 
 vpSearch* vpCreateFilenameVisibleSearch(vpPath path, const char* fileName, const char* name,
