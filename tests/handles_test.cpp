@@ -79,7 +79,11 @@ TEST_F(Handles, AccessorsByKind) {
         EXPECT_EQ(vpConcatDirName(at, "/sub/x", joined), joined);
         EXPECT_EQ(joined, (name == "/" ? "" : name) + "/sub/x");
     }
-    EXPECT_FALSE(vpIsSameDir(dir("/a"), dir("/a/+p")));
+    const vpDir a = dir("/a");
+    EXPECT_FALSE(vpIsSameDir(a, dir("/a/+p")));
+    vpRemoveDir(a);
+    for (const vpDir& none : {vpGetParentDir(a), vpGetPrivateDir(a), vpGetNextPathDir(a)})
+        EXPECT_TRUE(vpIsSameDir(none, vpGetNullDir(path)));
     const char* names[] = {"private", "/a/PRIVATE", "Private", "/private",  // and not:
                            "",        "/private/a", "privat",  "privates", "@private", "/"};
     for (const auto& name : names) EXPECT_EQ(vpIsPrivateDirName(name), &name - names < 4) << name;

@@ -263,12 +263,13 @@ TEST_F(Pathname, Normalizing) {
 
 TEST_F(Pathname, FullPath) {
     TempTree tree;
-    tree.add({"d/f"});
+    tree.add({"d/f", "d/.a/"});
     std::filesystem::current_path(tree.root());
     const std::string real = std::filesystem::current_path();
-    const char* const rows[][2] = {{"d/f", "/d/f"},  {"./d//f", "/d/f"}, {"d/../d/.", "/d"},
-                                   {".", ""},        {"d/", "/d"},       {"d/x/..", "/d"},
-                                   {"d/y", nullptr}, {"", nullptr},      {nullptr, nullptr}};
+    const char* const rows[][2] = {{"d/f", "/d/f"},   {"./d//f", "/d/f"}, {"d/../d/.", "/d"},
+                                   {".", ""},         {"d/", "/d"},       {"d/x/..", "/d"},
+                                   {"d/y", nullptr},  {"", nullptr},      {nullptr, nullptr},
+                                   {"d/.a/..", "/d"}, {"b./../d", "/d"}};
     for (const auto& [name, expected] : rows) {
         const std::string full = real + (expected ? expected : "");
         char dst[512];

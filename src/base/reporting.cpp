@@ -9,12 +9,20 @@ namespace {
 
 constexpr size_t kKeptOfLongArgument = 4348;
 
-// Formats into hkMalloc memory: an argument has no bound of its own here.
+// Any line with a name that is not longer than names are. It stands on the stack: what is told may
+// be that there is no memory.
+constexpr size_t kOrdinaryLine = kLongestEchoedName + 256;
+
 template <class... Arguments>
 void Send(vpMessageFcn channel, const char* format, Arguments... arguments) {
-    const int length = std::snprintf(nullptr, 0, format, arguments...);
+    char ordinary[kOrdinaryLine];
+    const int length = std::snprintf(ordinary, sizeof ordinary, format, arguments...);
     if (length < 0) return;
     const size_t size = static_cast<size_t>(length) + 1;
+    if (size <= sizeof ordinary) {
+        channel(ordinary);
+        return;
+    }
     const HkBlock<char> line(static_cast<char*>(hkMalloc(size)));
     if (line == nullptr) {
         ReportOutOfMemory();

@@ -67,8 +67,8 @@ bool vpIsAbsoluteDir(const vpDir& dir) {
 
 vpDir vpGetPrivateDir(const vpDir& dir) {
     const PathAllDirItemInfo* const live = LiveDir(dir);
-    if (live == nullptr) return {};
-    return live->privateDir != nullptr ? vpDir(live->privateDir) : NullDirOf(live->path());
+    const bool hasPrivate = live != nullptr && live->privateDir != nullptr;
+    return hasPrivate ? vpDir(live->privateDir) : NullDirBeside(dir);
 }
 
 vpDir vpGetParentDir(const vpDir& dir) {

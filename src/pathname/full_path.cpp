@@ -8,17 +8,23 @@
 
 namespace {
 
-// The normal form writes a name that ended in '/' or "/." as "name/.".
-std::string WithoutFinalDot(std::string name) {
-    if (name.ends_with("/.")) name.pop_back();
-    while (name.size() > 1 && name.back() == '/') name.pop_back();
-    return name;
+// Without "." and without the names that ".." takes back; lexically_normal() keeps ".a/..".
+std::string NormalForm(const boost::filesystem::path& complete) {
+    boost::filesystem::path normal = complete.root_path();
+    for (const boost::filesystem::path& component : complete.relative_path()) {
+        if (component == ".") continue;
+        if (component == ".." && normal.has_relative_path() && normal.filename() != "..") {
+            normal.remove_filename();
+        } else {
+            normal /= component;
+        }
+    }
+    return normal.string();
 }
 
 char* CompleteName(char* dst, const char* name, size_t dstSize) noexcept {
     try {
-        const boost::filesystem::path complete = boost::filesystem::absolute(name);
-        const std::string full = WithoutFinalDot(complete.lexically_normal().string());
+        const std::string full = NormalForm(boost::filesystem::absolute(name));
         if (full.size() >= dstSize || !boost::filesystem::exists(full)) return nullptr;
         std::memcpy(dst, full.c_str(), full.size() + 1);
         return dst;
