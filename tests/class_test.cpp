@@ -36,7 +36,7 @@ TEST_F(ClassWalks, GoOnInPathOrder) {
     EXPECT_EQ(walk(dir("/c/@A"), vpGetNextMethodDir), "/a/@B /a/@A ") << "past one without any";
     const vpDir a = dir("/a");
     run("remove /a");
-    EXPECT_EQ(vpGetMethodDirs(a, a).get(), nullptr);
+    EXPECT_TRUE(vpIsSameDir(vpGetMethodDirs(a, a), vpGetNullDir(path)));
 }
 
 class ClassFiles : public PathTest {
@@ -89,6 +89,8 @@ tree /b/@Bare/Bare.p /a/First.m /b/First.v ; path /a:/b)");
     EXPECT_FALSE(vpIsFileClassdef(path, "/a/Text.txt") || vpIsFileClassdef(path, "/a/@not/not.v") ||
                  vpIsFileClassdef(path, "/a/none.v") || vpIsFileClassdef(path, "/x/Two.v"));
     EXPECT_EQ(takeAsked(), "/a/Two.v ") << "the others are known";
+    EXPECT_FALSE(vpIsFileClassdef(path, ("/" + std::string(4096, 'x') + "/Two.v").c_str()));
+    run("messages =>");
     char small[4];
     const char* exts[] = {"v", nullptr};
     EXPECT_TRUE(vpGetClassFile(path, "Both", small, sizeof small, exts));
@@ -169,7 +171,7 @@ tree /two/+k/H.v /two/@K/K.v ; path /a:/b)");
     const char* rows[][2] = {
         {"p.C", "/a/+p/C.v"}, {"p.D", "/a/+p/@D/D.v"}, {"p.E", "-"}, {"p.q.F", "/a/+p/+q/F.p"},
         {"p.G", "/b/+p/G.v"}, {"p.not", "-"}, {"p.q.C", "-"}, {"q.F", "-"}, {"p.", "-"},
-        {".C", "-"}, {"C", "-"}};
+        {".C", "-"}, {"C", "-"}, {"p..C", "-"}, {"p.q..F", "-"}};
     // clang-format on
     for (const auto& row : rows) EXPECT_EQ(file(row[0]), row[1]) << row[0];
     // Code runs inside a package or class directory: what lies there is no class of its own.

@@ -73,6 +73,14 @@ TEST_F(Search, OutputsThatAreNotWantedAndSearchesThatAreNotThere) {
     EXPECT_TRUE(vpIsSameDir(at, b) && std::strcmp(name, "/b/f.p") == 0);
     EXPECT_EQ(first("g", &at, name), 0U);
     EXPECT_TRUE(vpIsSameDir(at, vpGetNullDir(path)) && *name == '\0');
+    host.onCall = [](const std::string&) { throw 1; };
+    for (const char* const thrown : {"f", "b/f"}) {
+        std::strcpy(name, "as it was");
+        at = b;
+        EXPECT_EQ(first(thrown, &at, name), 0U);
+        EXPECT_TRUE(vpIsSameDir(at, vpGetNullDir(path)) && *name == '\0') << thrown;
+    }
+    host.onCall = nullptr;
     EXPECT_EQ(HitsOf(vpCreateDirSearch(vpGetNullDir(path), "f", nullptr, vpReadCheckSkip)), "");
     vpRemovePath(path);
     for (const vpPath& dead : {path, vpPath()}) {

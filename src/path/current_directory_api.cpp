@@ -26,7 +26,7 @@ void ShowCurrent(PathMgr& path) {
     const bool wasHidden = std::exchange(path.hideCwd, false);
     PathDirItemInfo* const current = path.contents.directories.current();
     if (!wasHidden || current == nullptr) return;
-    current->markChanged();  // for the case that it is just being read
+    current->setDirFlag(PathAllDirItemInfo::kToBeReadAgain);  // should it just be being read
     current->loadState = PathAllDirItemInfo::kChanged;
 }
 

@@ -21,6 +21,12 @@ bool IsSpecialComponent(std::string_view component) {
     return marked ? component.size() > 1 : IsPrivateName(component);
 }
 
+// Without the separators at the end of a name that is not the root.
+std::string_view WithoutFinalSlashes(std::string_view name) {
+    while (name.size() > 1 && name.back() == '/') name.remove_suffix(1);
+    return name;
+}
+
 // Calls `take` with each way to cut `fullName` in front of a special component, so that `base` may
 // be the name of a directory of the path and `below` special directories beneath it; longest base
 // first.
@@ -30,8 +36,8 @@ void ForEachCut(std::string_view fullName, Take take) {
     while (true) {
         const size_t slash = base.rfind('/');
         if (slash == std::string_view::npos || !IsSpecialComponent(base.substr(slash + 1))) return;
-        base = fullName.substr(0, slash == 0 ? 1 : slash);
-        take(base, fullName.substr(slash + 1));
+        base = WithoutFinalSlashes(fullName.substr(0, slash + 1));
+        take(base, fullName.substr(base == "/" ? 1 : base.size() + 1));
     }
 }
 
@@ -71,6 +77,7 @@ Reached Descend(PathMgr& path, PathAllDirItemInfo& base, std::string_view below)
     Directories level{&base};
     while (!below.empty()) {
         const size_t end = std::min(below.find('/'), below.size());
+        if (end == 0) break;  // a doubled separator: no name that is known has one there
         Directories next;
         for (PathAllDirItemInfo* directory : level) {
             AddMatches(path, *directory, below.substr(0, end), next);
@@ -113,16 +120,16 @@ PathAllDirItemInfo* FindDirectory(PathMgr& path, std::string_view fullName) {
 PathAllDirItemInfo* FindDirectoryAbove(PathMgr& path, std::string_view fullName) {
     const Reached nearest = FollowSpecial(path, fullName);
     if (nearest.directory == nullptr) return nullptr;
-    std::string_view unknown = fullName.substr(fullName.size() - nearest.remaining);
-    while (!unknown.empty()) {
-        const std::string_view component = LastComponent(unknown);
+    const std::string_view known = fullName.substr(0, fullName.size() - nearest.remaining);
+    std::string_view above = fullName;
+    while (above.size() > known.size()) {
+        const std::string_view component = LastComponent(above);
         const bool marked = IsMark(component.front());
         if (!marked && !SameName(component, "private", path.caseSensitive)) return nullptr;
-        unknown = DirectoryPart(unknown);
+        above = WithoutFinalSlashes(DirectoryPart(above));
     }
     // Of two that are as near, the one that its own name finds.
-    const size_t known = fullName.size() - nearest.remaining;
-    return FindDirectory(path, fullName.substr(0, std::max<size_t>(known, 2) - 1));
+    return FindDirectory(path, above);
 }
 
 PathAllDirItemInfo* FindDirectoryByName(PathMgr& path, const char* name) {
@@ -130,10 +137,18 @@ PathAllDirItemInfo* FindDirectoryByName(PathMgr& path, const char* name) {
     char* text = nullptr;
     const int length = NormalizeDirNameOrReport(name, false, &text);
     const NormalizedName normalized(text);
-    if (length == 0) return nullptr;
     return FindDirectory(path, {text, static_cast<size_t>(length)});
 }
 
 PathAllDirItemInfo* FindDirectoryOfFile(PathMgr& path, const char* fileName) {
     return FindDirectoryByName(path, HkString(DirectoryPart(TextOf(fileName))).c_str());
+}
+
+PathAllDirItemInfo* FindDirectoryOfFileSilently(PathMgr& path, const char* fileName) {
+    const HkString name(DirectoryPart(TextOf(fileName)));
+    int length = 0;
+    char* text = nullptr;
+    if (vpNormalizeDirName(name.c_str(), false, 0, &length, &text) != nullptr) return nullptr;
+    const NormalizedName normalized(text);
+    return FindDirectory(path, {text, static_cast<size_t>(length)});
 }

@@ -21,3 +21,6 @@ PathAllDirItemInfo* FindDirectoryByName(PathMgr& path, const char* name);
 
 // The directory that the directory part of a file name says, or null.
 PathAllDirItemInfo* FindDirectoryOfFile(PathMgr& path, const char* fileName);
+
+// The same, without a report.
+PathAllDirItemInfo* FindDirectoryOfFileSilently(PathMgr& path, const char* fileName);

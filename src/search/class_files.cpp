@@ -182,8 +182,7 @@ class ClassFileSearch {
         const std::string_view topName = packages.substr(0, packages.find('.'));
         const NameRecordRef record(path_.nameTable.lookup(topName));
         if (record.get() == nullptr) return {};
-        const std::string_view below =
-            packages.substr(std::min(topName.size() + 1, packages.size()));
+        const std::string_view below = packages.substr(topName.size());
         NameCursor cursor(path_, *record.get());
         cursor.start(NameCategory::kPackageInPathDir);
         while (PathItemInfo* const top = nextNamed(cursor, topName)) {
@@ -193,14 +192,15 @@ class ClassFileSearch {
         return {};
     }
 
-    // The file of the class in the package that `below` leads to from `top`.
+    // The file of the class in the package that `below`, as ".sub.subsub", leads to from `top`.
     PathFileItemInfo* packageCandidate(PathAllDirItemInfo& top, std::string_view below,
                                        std::string_view name) const {
         PathAllDirItemInfo* package = &top;
         while (package != nullptr && !below.empty()) {
+            below.remove_prefix(1);
             const std::string_view part = below.substr(0, below.find('.'));
             package = childDir(*package, ChildList::kPackages, part);
-            below.remove_prefix(std::min(part.size() + 1, below.size()));
+            below.remove_prefix(part.size());
         }
         if (package == nullptr) return nullptr;
         PathAllDirItemInfo* const classDir = childDir(*package, ChildList::kClasses, name);
@@ -217,7 +217,7 @@ FileRef FindClassFile(PathMgr& path, const char* className, const char** extensi
 }
 
 bool IsClassdef(PathMgr& path, const char* fileName) {
-    PathAllDirItemInfo* const directory = FindDirectoryOfFile(path, fileName);
+    PathAllDirItemInfo* const directory = FindDirectoryOfFileSilently(path, fileName);
     if (directory == nullptr) return false;
     const std::string_view whole(fileName);
     const std::string_view name = whole.substr(whole.rfind('/') + 1);

@@ -74,7 +74,7 @@ PathItemInfo* NextOfClass(PathMgr& path, const PathAllDirItemInfo& dir, const ch
 template <class Find>
 vpDir AnswerFrom(const vpDir& dir, Find find) {
     PathAllDirItemInfo* const live = LiveDir(dir);
-    if (live == nullptr) return {};
+    if (live == nullptr) return NullDirBeside(dir);
     return Guarded(NullDirOf(live->path()), [&] {
         PathItemInfo* const found = find(*live);
         return found != nullptr ? vpDir(found->asDirectory()) : NullDirOf(live->path());

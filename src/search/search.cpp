@@ -3,6 +3,7 @@
 #include <cstring>
 #include <utility>
 
+#include "base/guard.h"
 #include "dir/full_name.h"
 #include "dir/path_dir_item.h"
 #include "path/path_mgr.h"
@@ -201,8 +202,11 @@ unsigned int FindFirstFile(const SearchRequest& request, vpDir* dirOut, char* na
     const ItemRef<PathFileItemInfo> file(plain.file);
     if (file) {
         const FullName fullName(*file);
-        const bool isReadable = request.path.io.isPathnameOk(fullName.text());
+        bool isReadable = false;
+        const bool asked =
+            Attempt([&] { isReadable = request.path.io.isPathnameOk(fullName.text()); });
         if (!request.path.valid) return HandOver({0, nullptr}, dirOut, nameOut);
+        if (!asked) return HandOver({0, request.path.nullDir}, dirOut, nameOut);
         if (isReadable && file->has(PathItemInfo::kLinked)) {
             if (nameOut != nullptr) std::memcpy(nameOut, fullName.text(), fullName.length() + 1);
             return HandOver({plain.result, file->parent}, dirOut, nameOut);
@@ -212,5 +216,7 @@ unsigned int FindFirstFile(const SearchRequest& request, vpDir* dirOut, char* na
     if (!NormalizeSearchName(request.name, name)) return 0;
     vpSearch search(request, std::move(name), false);
     if (file) search.passOver(*file);
-    return HandOver(search.findNextFile(nameOut), dirOut, nameOut);
+    vpSearch::Match match{0, nullptr};
+    if (!Attempt([&] { match = search.findNextFile(nameOut); })) match = search.nothing();
+    return HandOver(match, dirOut, nameOut);
 }
