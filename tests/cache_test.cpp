@@ -94,7 +94,7 @@ tree /i/toolbox/al/+pk/k.v /i/toolbox/al/+pk/private/q /i/toolbox/al/+pk/@Cl/c.t
 tree /i/toolbox/al/+pk/+de/@In/private/i.long_one /i/toolbox/al/+pk/+de/+er/ /i/toolbox/al/+z/
 tree /i/toolbox/warm/w.v /i/toolboxX/side/s.v /i/other/o.v /i/toolbox/<&>/
 word /i/toolbox/al/zz.v 8001 ; word /i/toolbox/al/x.V 8001 ; word /i/toolbox/al/n.p 8002
-path /i/toolbox/al:/i/toolbox/warm:/i/toolbox:/i/toolboxX/side:/i/other:/i/toolbox/<&> /i/toolbox
+path /i/toolbox/al:/i/toolbox/warm:/i/toolbox:/i/toolboxX/side:/i/toolboxX:/i/other:/i/toolbox/<&> /i/toolbox
 unfreeze /i/toolbox/warm)");
     const std::string n(4352, 'n');
     for (const std::string name : {"b1/x\".v", "b2/@C/y\\z", "b3/+p/private/l\nf", "b4/s\xFF/",
@@ -112,7 +112,7 @@ unfreeze /i/toolbox/warm)");
                     "4Dal/+pk/+de/+er 4/ 5Dal/+pk/+de/@In 5Dal/+pk/+de/@In/private 6Fi.long_one 5/ "
                     "5/ 3/ 4Dal/+pk/@Cl 5Fc.txt 4/ 2Dal/+pk/private 4Fq 3/ 3Fk.v 2/ 2Dal/+z 2/ "
                     "2Dal/private 3Nh.v 2/ 2Czz.v 2Fab 2Fx.V 2Nn.p 2Fu.v 2Fdot. 2dsub 2ds.d 1/ "
-                    "1D/side 2Fs.v 1/ 1D<&> 1/ 1Dok 2Ff 1/ 1Dlong 2F" +
+                    "1D/side 2Fs.v 1/ 1D 2dside 1/ 1D<&> 1/ 1Dok 2Ff 1/ 1Dlong 2F" +
                     n + " 1/ 1Dext 2F" + n.substr(2) + ".v 1/"));
 }
 

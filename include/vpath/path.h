@@ -444,9 +444,10 @@ VP_EXPORT void vpCopyTimeStamp(vpTimeStamp_tag* to, vpTimeStamp_tag* from);
 VP_EXPORT bool vpIsFileTimeStampDifferent(vpTimeStamp_tag* a, vpTimeStamp_tag* b);  // times alone
 
 // Asks the host for the time of `fileName` (passed on as given). False, with the stamp (-1, 0),
-// when `dir` is frozen or the host answers 0; false and the stamp untouched without a directory.
+// when `dir` is frozen or the host answers 0; false and the stamp untouched for an empty or dead
+// handle. The null directory is never frozen, and its count is 0.
 VP_EXPORT bool vpGetTimeStampFromDir(vpDir dir, const char* fileName, vpTimeStamp_tag* stamp);
-// The same, with the directory that the name's directory part says.
+// The same, with the directory that the name's directory part says; false when that is unknown.
 VP_EXPORT bool vpGetTimeStamp(vpPath path, const char* fileName, vpTimeStamp_tag* stamp);
 
 // Whether the file's time differs from the stamp's; never in a frozen directory.
@@ -502,11 +503,11 @@ VP_EXPORT vpRefreshPolicy vpNonNotifiedRemotePathRefreshPolicy(vpPath path, vpRe
 // - the time of every directory, and of every name in one, is 0: nothing is found changed.
 
 // Writes the frozen directories of the path that lie under its root (`preFrozen`), in path order.
-// Left out are the root itself, a directory whose name is the root's and one character more, and
-// every directory that holds, at any depth, a name with '"', a backslash, a line feed or the byte
-// 0xFF, or of more than 4352 bytes beneath the root: those are asked of the file system. False when
-// the file could not be written whole (a part of it may then be there), on a dead handle, and for a
-// null name or root. Cost: what the directories hold.
+// A name is written from the second character behind the root on, whatever the first is. Left out
+// are the root itself and every directory that holds, at any depth, a name with '"', a backslash, a
+// line feed or the byte 0xFF, or of more than 4352 bytes beneath the root: those are asked of the
+// file system. False when the file could not be written whole (a part of it may then be there), on a
+// dead handle, and for a null name or root. Cost: what the directories hold.
 VP_EXPORT bool vpWritePathToCacheFile(vpPath path, const char* fileName);
 
 // Loads a cache file and puts the path into cache mode: its callbacks become those that answer from

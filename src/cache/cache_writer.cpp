@@ -65,7 +65,7 @@ void AppendHeader(GrowingText& out, int64_t now) {
 
 // Whether a directory is to be written: frozen, and beneath the root of the path.
 bool IsWritten(const PathMgr& path, const PathDirItemInfo& directory, size_t rootLength) {
-    return directory.isFrozen() && directory.fullNameView().size() > rootLength + 1 &&
+    return directory.isFrozen() && directory.fullNameView().size() > rootLength &&
            CompareNamePrefix(directory.fullName(), path.preFrozenRoot.get(),
                              static_cast<unsigned>(rootLength), path.caseSensitive) == 0;
 }

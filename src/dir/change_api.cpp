@@ -80,7 +80,7 @@ bool vpIsFileTimeStampDifferent(vpTimeStamp_tag* a, vpTimeStamp_tag* b) {
 }
 
 bool vpGetTimeStampFromDir(vpDir dir, const char* fileName, vpTimeStamp_tag* stamp) {
-    const PathAllDirItemInfo* const live = LiveRealDir(dir);
+    const PathAllDirItemInfo* const live = LiveDir(dir);
     if (live == nullptr || fileName == nullptr || stamp == nullptr) return false;
     return Guarded(false, [&] { return TakeStamp(*live, fileName, *stamp); });
 }
@@ -96,7 +96,7 @@ bool vpGetTimeStamp(vpPath path, const char* fileName, vpTimeStamp_tag* stamp) {
 
 bool vpHasFileChanged(vpDir dir, const char* fileName, vpTimeStamp_tag* stamp,
                       vpTimeStampUpdate update) {
-    const PathAllDirItemInfo* const live = LiveRealDir(dir);
+    const PathAllDirItemInfo* const live = LiveDir(dir);
     if (live == nullptr || live->isFrozen() || fileName == nullptr || stamp == nullptr)
         return false;
     return Guarded(false, [&] {
