@@ -81,7 +81,8 @@ TEST_F(Refresh, MarksAndWhomTheyReach) {
     const std::string rows[][2] = {
         {"/a", "/a"}, {"/a/@C", "/a/@C"}, {"/a/@New", "/a"}, {"/a/+p/@New/private", "/a/+p"},
         {"/a/+new/@New/private", "/a"}, {"/b/private", "/b"}, {"/b/PRIVATE", ""}, {"/a/c", ""},
-        {"/none/@C", ""}, {"private", ""}, {"/a/@", ""}, {"/a/+", ""}};
+        {"/none/@C", ""}, {"private", ""}, {"/a/@", ""}, {"/a/+", ""},
+        {"/a//@New", "/a"}, {"/a/+p//private", "/a/+p"}, {"/a//@New//private", "/a"}};
     // clang-format on
     for (const auto& [name, listed] : rows) {
         EXPECT_EQ(step("mark " + name), "no") << name;
@@ -92,6 +93,17 @@ TEST_F(Refresh, MarksAndWhomTheyReach) {
     }
     EXPECT_TRUE(vpIsSameDir(vpSetFullnameChanged(path, nullptr), vpGetNullDir(path)));
     run("mark NULL => no");
+}
+
+// A mark made while a directory is read stays, but on one that ends frozen.
+TEST_F(Refresh, MarksWhileADirectoryIsRead) {
+    run("tree /a/@C/ /lib/a/@C/ ; path - /lib");
+    host.onCall = [this](const std::string& event) {
+        if (event.starts_with("5 /")) vpSetAllChanged(path);
+    };
+    run("add /a ; add /lib/a ; refresh /lib/a 3");
+    host.onCall = nullptr;
+    run("frozen /lib/a => yes ; refreshall 4 => /cwd /a /a/@C");
 }
 
 // A directory that has not changed, and had nothing in it until the host was asked about it.
@@ -115,18 +127,18 @@ TEST_F(Refresh, NamesListedTwice) {
     const auto list = [](vpPath on, const char* name, unsigned int** words) {
         if (std::strcmp(name, "/a") != 0) return FakeHost::list(on, name, words);
         static constexpr char kNames[] =
-            "f\0f\0g\0g\0d\0d\0e\0e\0+p\0+p\0+q\0+q\0@C\0@C\0@D\0@D\0private\0private\0";
+            "f\0f\0g\0f\0g\0d\0d\0e\0d\0e\0+p\0+q\0+p\0@C\0@C\0@D\0@C\0@D\0private\0private\0";
         auto* const listing = static_cast<char*>(hkMalloc(sizeof kNames));
         std::copy(std::begin(kNames), std::end(kNames), listing);
-        *words = static_cast<unsigned int*>(hkMalloc(18 * sizeof(unsigned int)));
-        for (int i = 0; i < 18; ++i) (*words)[i] = i < 4 ? 0x8000 : 0x4000;
+        *words = static_cast<unsigned int*>(hkMalloc(20 * sizeof(unsigned int)));
+        for (int i = 0; i < 20; ++i) (*words)[i] = i < 5 ? 0x8000 : 0x4000;
         return listing;
     };
     vpSetIOFcns(path, list, FakeHost::accessibility, FakeHost::isReadable, FakeHost::isDir,
                 FakeHost::modificationTime);
     run(R"(refresh /a 3 ; holds /a => f g | d e | +p +q @C @D private
 refresh /a 3 => /a/+p /a/+q /a/@C /a/@D /a/private ; remove /a ; add /a
-holds /a => f f g g | d d e e | +p +p +q +q @C @C @D @D private
+holds /a => f f g f g | d d e d e | +p +q +p @C @C @D @C @D private
 refresh /a 3 ; holds /a => f g | d e | +p +q @C @D private)");
 }
 
@@ -152,6 +164,7 @@ TEST_F(Refresh, TimeStampsOfFiles) {
     run("time /a/f.v 78");
     EXPECT_TRUE(changed(1) && changed(7) && changed(0) && is(two, 78, 5) && !changed(0));
     EXPECT_FALSE(vpHasFileChanged(lib, "/a/f.v", one, vpUpdateTimeStamp)) << "frozen";
+    EXPECT_TRUE(vpHasFileChanged(vpGetNullDir(path), "/a/f.v", one, vpTimeStampUpdate{1}));
     EXPECT_TRUE(!vpGetTimeStampFromDir(vpDir(), "/a/f.v", one) && is(one, 77, 1)) << "untouched";
     EXPECT_TRUE(!vpGetTimeStamp(path, "/lib/f.v", one) && is(one, -1, 0)) << "frozen";
     EXPECT_TRUE(!vpGetTimeStamp(path, "/a/none.v", two) && is(two, -1, 0));

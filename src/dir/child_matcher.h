@@ -1,6 +1,7 @@
 // Finding the child that a listing names again, for all entries of one listing.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <string_view>
 #include <unordered_map>
@@ -11,17 +12,19 @@
 
 // A second listing mostly names the children in the order of the first, so the matcher follows that
 // order with a cursor. Once an entry does not match, it finds the others through an index by name
-// that it makes then: O(children) for the whole listing.
+// that it makes then: O(children) for the whole listing. Where two children may have one name, the
+// cursor could take the second for the first, so there the index finds them all.
 template <class Item>
 class ChildMatcher {
   public:
     // New children are found once they were added here.
-    explicit ChildMatcher(const HkVector<Item*>& children)
-        : children_(children), count_(children.size()) {}
+    ChildMatcher(const HkVector<Item*>& children, bool mayHoldTwins)
+        : children_(children), count_(children.size()), mayHoldTwins_(mayHoldTwins) {}
 
     // The first child with exactly this name (without the mark of a special directory), or null.
     // The bytes of `name` live as long as the matcher.
     Item* find(std::string_view name) {
+        if (mayHoldTwins_) return findByIndex(name);
         // A name listed twice is the first child again.
         if (at_ > 0 && name == lastFound_ && children_[at_ - 1]->has(PathItemInfo::kLinked)) {
             return children_[at_ - 1];
@@ -31,22 +34,7 @@ class ChildMatcher {
             lastFound_ = name;
             return children_[at_++];
         }
-        if (!indexed_) makeIndex();
-        const auto found = index_.equal_range(std::hash<std::string_view>()(name));
-        Item* first = nullptr;
-        size_t firstPlace = children_.size();
-        for (auto entry = found.first; entry != found.second; ++entry) {
-            Item* const child = children_[entry->second];
-            if (entry->second < firstPlace && Names(*child, name)) {
-                first = child;
-                firstPlace = entry->second;
-            }
-        }
-        if (firstPlace < count_) {
-            at_ = firstPlace + 1;
-            lastFound_ = name;
-        }
-        return first;
+        return findByIndex(name);
     }
 
     // Takes in a child that was made because no other had its name.
@@ -61,6 +49,25 @@ class ChildMatcher {
         return child.has(PathItemInfo::kLinked) && HasName(child, name);
     }
 
+    Item* findByIndex(std::string_view name) {
+        if (!indexed_) makeIndex();
+        const size_t place = indexed(name);
+        if (place < count_) {
+            at_ = place + 1;
+            lastFound_ = name;
+        }
+        return place != kNone ? children_[place] : nullptr;
+    }
+
+    // The place of the child of that name in the index, or kNone.
+    size_t indexed(std::string_view name) const {
+        const auto found = index_.equal_range(std::hash<std::string_view>()(name));
+        const auto entry = std::find_if(found.first, found.second, [&](const auto& candidate) {
+            return Names(*children_[candidate.second], name);
+        });
+        return entry != found.second ? entry->second : kNone;
+    }
+
     void makeIndex() {
         indexed_ = true;
         index_.reserve(count_);
@@ -73,11 +80,15 @@ class ChildMatcher {
         name_ = child.name();
         const char* const extension = child.isFile() ? child.getExtension() : nullptr;
         if (extension != nullptr) name_.append(".").append(extension);
+        if (mayHoldTwins_ && indexed(name_) != kNone) return;
         index_.emplace(std::hash<std::string_view>()(name_), place);
     }
 
+    static constexpr size_t kNone = static_cast<size_t>(-1);
+
     const HkVector<Item*>& children_;
     size_t count_;
+    bool mayHoldTwins_;
     size_t at_ = 0;               // behind the child that was found last
     std::string_view lastFound_;  // its name
     bool indexed_ = false;

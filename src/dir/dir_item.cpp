@@ -121,6 +121,8 @@ void PathAllDirItemInfo::dropLeaves() {
     ++life;
     clearDirFlag(kReading);
     clearDirFlag(kMarkedWhileReading);
+    clearDirFlag(kToBeReadAgain);
+    clearDirFlag(kMayHoldTwins);
 }
 
 void PathAllDirItemInfo::detach() {

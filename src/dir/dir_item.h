@@ -22,8 +22,10 @@ class PathAllDirItemInfo : public PathItemInfo {
     enum DirFlags : uint8_t {
         kChangedWithNewStamp = 1,  // a change was detected together with its time stamp
         kReading = 2,              // a read or re-read is under way
-        kMarkedWhileReading = 4,   // and is out of date already
+        kMarkedWhileReading = 4,   // and was marked changed, which it stays unless it ends frozen
         kToBeReplaced = 8,         // vpReplacePath has not yet met the directory in the new path
+        kToBeReadAgain = 16,       // as kMarkedWhileReading, though it end frozen
+        kMayHoldTwins = 32,        // two children of a list may have the same name
     };
 
     ~PathAllDirItemInfo() override;
@@ -40,7 +42,8 @@ class PathAllDirItemInfo : public PathItemInfo {
     void clearDirFlag(DirFlags flag) { dirFlags = static_cast<uint8_t>(dirFlags & ~flag); }
 
     // Marks a directory that was read as changed; what is marked while it is being read stays
-    // marked after it. Answers whether it was waiting to be tested.
+    // marked after it. One that is frozen, or ends so, keeps its state. Answers whether it was
+    // waiting to be tested.
     bool markChanged();
 
     // The last component of the name, without the mark of a class or package directory. Lives as

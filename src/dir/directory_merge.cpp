@@ -34,10 +34,10 @@ class Merge {
     Merge(PathAllDirItemInfo& directory, bool frozen)
         : directory_(directory),
           frozen_(frozen),
-          files_(directory.files),
-          packageDirs_(directory.packageDirs),
-          classDirs_(directory.classDirs),
-          subDirs_(directory.subDirs) {}
+          files_(directory.files, mayHoldTwins()),
+          packageDirs_(directory.packageDirs, mayHoldTwins()),
+          classDirs_(directory.classDirs, mayHoldTwins()),
+          subDirs_(directory.subDirs, mayHoldTwins()) {}
 
     void take(const ListingEntry& entry) {
         if (PathItemInfo* const known = find(entry)) {
@@ -56,6 +56,8 @@ class Merge {
     }
 
   private:
+    bool mayHoldTwins() const { return directory_.hasDirFlag(PathAllDirItemInfo::kMayHoldTwins); }
+
     PathItemInfo* find(const ListingEntry& entry) {
         switch (entry.kind) {
             case EntryKind::kFile: {

@@ -12,6 +12,7 @@ ReadInProgress::ReadInProgress(PathAllDirItemInfo& directory)
     : directory_(&directory), life_(directory.life) {
     directory.setDirFlag(PathAllDirItemInfo::kReading);
     directory.clearDirFlag(PathAllDirItemInfo::kMarkedWhileReading);
+    directory.clearDirFlag(PathAllDirItemInfo::kToBeReadAgain);
 }
 
 bool ReadInProgress::current() const {
@@ -22,10 +23,13 @@ bool ReadInProgress::current() const {
 void ReadInProgress::finish(uint8_t loadState) {
     if (!current()) return;
     PathAllDirItemInfo& directory = *directory_;
-    const bool outOfDate = directory.hasDirFlag(PathAllDirItemInfo::kMarkedWhileReading);
+    const bool marked = directory.hasDirFlag(PathAllDirItemInfo::kMarkedWhileReading) &&
+                        loadState != PathAllDirItemInfo::kFrozen;
+    const bool outOfDate = marked || directory.hasDirFlag(PathAllDirItemInfo::kToBeReadAgain);
     directory.loadState = outOfDate ? uint8_t{PathAllDirItemInfo::kChanged} : loadState;
     directory.clearDirFlag(PathAllDirItemInfo::kReading);
     directory.clearDirFlag(PathAllDirItemInfo::kMarkedWhileReading);
+    directory.clearDirFlag(PathAllDirItemInfo::kToBeReadAgain);
 }
 
 void ReadInProgress::breakOff() { finish(PathAllDirItemInfo::kChanged); }

@@ -7,6 +7,7 @@
 #include "dir/name_record.h"
 #include "dir/path_dir_item.h"
 #include "path/path_mgr.h"
+#include "pathname/compare.h"
 
 PathItemInfo::PathItemInfo(PathAllDirItemInfo* container, bool kindConfirmed) : parent(container) {
     if (kindConfirmed) set(kKindConfirmed);
@@ -32,11 +33,37 @@ PathMgr* PathItemInfo::path() const {
     return top != nullptr ? top->owner : nullptr;
 }
 
+namespace {
+
+// Whether `item` may be the second of its name in its directory: looks at the few that were linked
+// under the name last, as those of one directory are linked one after another.
+bool MayBeTwin(const NameList& list, const PathItemInfo& item, uint32_t spellingIndex) {
+    constexpr int kLookedAt = 8;
+    const bool inPathDir = item.has(PathItemInfo::kInPathDirectory);
+    const char* const extension = item.isFile() ? item.getExtension() : nullptr;
+    int left = kLookedAt;
+    for (const PathItemInfo* other = list.head(); other != nullptr; other = other->next) {
+        const bool sameParent = other->parent == item.parent;
+        if (!sameParent && (inPathDir || other->topDir() != item.topDir())) return false;
+        if (left-- == 0) return true;
+        if (!sameParent || other->spellingIndex != spellingIndex) continue;
+        const char* const otherExtension = other->isFile() ? other->getExtension() : nullptr;
+        if (CompareNames(extension, otherExtension, true) == 0) return true;
+    }
+    return false;
+}
+
+}  // namespace
+
 void PathItemInfo::linkUnderName(PathMgr& owner, std::string_view text) {
     const NameTable::Interned interned = owner.nameTable.intern(text);
     ++interned.record->linkedItems;
     try {
-        interned.record->listFor(category()).pushFront(*this, owner.orderEpoch());
+        NameList& list = interned.record->listFor(category());
+        if (parent != nullptr && MayBeTwin(list, *this, interned.spellingIndex)) {
+            parent->setDirFlag(PathAllDirItemInfo::kMayHoldTwins);
+        }
+        list.pushFront(*this, owner.orderEpoch());
     } catch (...) {
         --interned.record->linkedItems;
         ReleaseIfEmpty(*interned.record);

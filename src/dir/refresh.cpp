@@ -79,7 +79,7 @@ void PushChildren(const PathAllDirItemInfo& directory, HkVector<DirRef>& stack) 
 bool RefreshOne(PathAllDirItemInfo& directory, int type, std::optional<Verdict> known,
                 bool& anyReread) {
     if (directory.hasDirFlag(PathAllDirItemInfo::kReading)) {
-        directory.markChanged();
+        directory.setDirFlag(PathAllDirItemInfo::kToBeReadAgain);
         return false;
     }
     switch (known ? *known : Decide(directory, type)) {
@@ -210,6 +210,7 @@ void RevalidateRelativeDirectory(PathDirItemInfo& directory) {
         // What it holds so far is another directory's: the next refresh reads all of it.
         for (PathAllDirItemInfo* at = &directory; at != nullptr; at = NextInTree(*at, directory)) {
             at->markChanged();
+            at->setDirFlag(PathAllDirItemInfo::kToBeReadAgain);
             if (at->isFrozen()) at->loadState = PathAllDirItemInfo::kChanged;
         }
         return;
