@@ -506,8 +506,8 @@ VP_EXPORT vpRefreshPolicy vpNonNotifiedRemotePathRefreshPolicy(vpPath path, vpRe
 // A name is written from the second character behind the root on, whatever the first is. Left out
 // are the root itself and every directory that holds, at any depth, a name with '"', a backslash, a
 // line feed or the byte 0xFF, or of more than 4352 bytes beneath the root: those are asked of the
-// file system. False when the file could not be written whole (a part of it may then be there), on a
-// dead handle, and for a null name or root. Cost: what the directories hold.
+// file system. False when the file could not be written whole (a part of it may then be there), on
+// a dead handle, and for a null name or root. Cost: what the directories hold.
 VP_EXPORT bool vpWritePathToCacheFile(vpPath path, const char* fileName);
 
 // Loads a cache file and puts the path into cache mode: its callbacks become those that answer from
