@@ -94,7 +94,7 @@ std::string DirectoryName(NameMaker& names, const std::string& root, size_t numb
 
 GeneratedTree::GeneratedTree(const TreeShape& shape) {
     const size_t common = std::min(std::size(kCommonNames), shape.filesEach);
-    const size_t distinct = (shape.directories * (shape.filesEach - common) + 1) / 2;
+    const size_t distinct = (shape.directories + 1) / 2 * (shape.filesEach - common);
     const size_t absent = std::clamp<size_t>(distinct, 1, 65536);
     NameMaker names(distinct + absent);
     baseNames = names.take(distinct);

@@ -195,6 +195,7 @@ void RereadDirectory(PathAllDirItemInfo& directory, bool frozen) {
         directory.clear(PathItemInfo::kStale);
         if (!MergeListing(directory, read, frozen)) return;
         DropStaleChildren(directory);
+        directory.clearDirFlag(PathAllDirItemInfo::kMayHoldTwins);
         PathMgr* const path = directory.path();
         if (!path->suppressChangeNotify) path->raiseEvent(vpEventDirReread, &directory);
     } catch (...) {
