@@ -3,6 +3,8 @@
 #include <vpath/pathname.h>
 
 #include <cstring>
+#include <filesystem>
+#include <sstream>
 
 #include "input.h"
 
@@ -47,6 +49,18 @@ void Joining(const std::string& dir, const std::string& name) {
     }
 }
 
+// Whether a relative name ends where it begins, as "a/.." does: such a name exists.
+bool LeadsBack(const std::string& name) {
+    int depth = 0;
+    std::istringstream components(name);
+    for (std::string each; std::getline(components, each, '/');) {
+        if (each.empty() || each == ".") continue;
+        depth += each == ".." ? -1 : 1;
+        if (depth < 0) return false;
+    }
+    return !name.empty() && depth == 0;
+}
+
 void Normalising(const std::string& name) {
     int length = -1;
     char* kept = nullptr;
@@ -60,10 +74,12 @@ void Normalising(const std::string& name) {
     Room own(name.size() + 1, name);
     Room expanded(name.size() + 4096);
     vpTildeExpansion(expanded, own);
-    // Relative names that exist are rare: ".", "./." and their like.
     Room full(4096);
-    if (vpFullPath(full, name.c_str(), 4096) != nullptr && !vpIsAbsolutePath(name.c_str())) {
-        CHECK(*static_cast<char*>(full) == '/');
+    const bool exists = vpFullPath(full, name.c_str(), 4096) != nullptr;
+    if (!vpIsAbsolutePath(name.c_str())) {
+        if (LeadsBack(name))
+            CHECK(exists && std::filesystem::current_path() == static_cast<char*>(full));
+        if (exists) CHECK(*static_cast<char*>(full) == '/');
     }
     for (const char& c : name) CHECK(vpIsPathNameSep(name.c_str(), &c) == (c == '/'));
     CHECK(!vpIsWinPathRemote(name.c_str()));

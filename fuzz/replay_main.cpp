@@ -37,7 +37,8 @@ Random theRandom(0);
 size_t MakeInput(unsigned seed, const std::string& alphabet, std::vector<uint8_t>& bytes) {
     theRandom = Random(seed);
     if (LLVMFuzzerCustomMutator == nullptr) {
-        const size_t size = theRandom.below(600);
+        // Short ones as often as long ones.
+        const size_t size = theRandom.below(size_t{4} << theRandom.below(9));
         std::generate_n(bytes.begin(), size, [&] {
             if (alphabet.empty()) return static_cast<uint8_t>(theRandom.below(256));
             return static_cast<uint8_t>(alphabet[theRandom.below(alphabet.size())]);
