@@ -320,6 +320,9 @@ TEST_F(Reentry, AnswersWithoutMemory) {
     }
     TheLedger().failAt = 0;
     EXPECT_EQ(failed, "Failed to change current directory");
+    // The message itself does without.
+    EXPECT_NE(host.takeMessages().find("error: Not enough memory to add directory: /a"),
+              std::string::npos);
     checkContents();
 }
 

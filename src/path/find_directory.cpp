@@ -146,9 +146,8 @@ PathAllDirItemInfo* FindDirectoryOfFile(PathMgr& path, const char* fileName) {
 
 PathAllDirItemInfo* FindDirectoryOfFileSilently(PathMgr& path, const char* fileName) {
     const HkString name(DirectoryPart(TextOf(fileName)));
-    int length = 0;
     char* text = nullptr;
-    if (vpNormalizeDirName(name.c_str(), false, 0, &length, &text) != nullptr) return nullptr;
+    vpNormalizeDirName(name.c_str(), false, 0, nullptr, &text);
     const NormalizedName normalized(text);
-    return FindDirectory(path, {text, static_cast<size_t>(length)});
+    return FindDirectory(path, TextOf(text));
 }
